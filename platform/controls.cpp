@@ -1,0 +1,131 @@
+#include "platform/controls.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace platform {
+
+Control::Control(Surface& container, std::string name, Rectangle place)
+    : Name(std::move(name)),
+      Left(*this, place.Left),
+      Top(*this, place.Top),
+      Width(*this, place.Width),
+      Height(*this, place.Height),
+      container_(container) {
+  container.children.push_back(this);
+  container.form().Controls.push_back(this);
+}
+
+void Control::changed() {
+  if (FormHost* host = form().host) host->repaint(this);
+}
+
+void Control::Refresh() {
+  if (FormHost* host = form().host) host->refresh(this);
+}
+
+Line::Line(Surface& container, std::string name, Rectangle ends)
+    : Control(container, std::move(name),
+              {std::min(ends.Left, ends.Width), std::min(ends.Top, ends.Height), std::abs(ends.Width - ends.Left),
+               std::abs(ends.Height - ends.Top)}),
+      X1(*this, ends.Left),
+      Y1(*this, ends.Top),
+      X2(*this, ends.Width),
+      Y2(*this, ends.Height) {}
+
+PictureBox::PictureBox(Surface& container, std::string name, Rectangle place)
+    : Control(container, std::move(name), place),
+      canvas(static_cast<int>(std::lround(place.Width / twips_per_pixel)),
+             static_cast<int>(std::lround(place.Height / twips_per_pixel))) {}
+
+void PictureBox::Cls() {
+  canvas.clear();
+  changed();
+}
+
+void PictureBox::PSet(double x, double y) { PSet(x, y, ForeColor); }
+
+void PictureBox::PSet(double x, double y, std::int32_t colour) {
+  canvas.dot(x, y, DrawWidth, colour);
+  changed();
+}
+
+void TextBox::SetFocus() {
+  if (FormHost* host = form().host) host->set_focus(*this);
+}
+
+void ImageList::Clear() {
+  images_.clear();
+  changed();
+}
+
+void ImageList::Add(ListImage image) {
+  images_.push_back(std::move(image));
+  changed();
+}
+
+const ListImage* ImageList::operator()(int number) const {
+  return number < 1 || number > Count() ? nullptr : &images_[static_cast<std::size_t>(number - 1)];
+}
+
+const ListImage* ImageList::operator()(const std::string& key) const {
+  const auto found = std::find_if(images_.begin(), images_.end(), [&](const auto& image) { return image.key == key; });
+  return found == images_.end() || key.empty() ? nullptr : &*found;
+}
+
+ListItem::ListItem(ListView& list, std::string text, IconReference icon, IconReference small_icon)
+    : Text(*this, std::move(text)),
+      Icon(std::move(icon)),
+      SmallIcon(std::move(small_icon)),
+      list_(list),
+      sub1_(*this, {}),
+      sub2_(*this, {}) {}
+
+void ListItem::changed() { list_.changed(); }
+
+void ListView::Clear() {
+  rows_.clear();
+  selected_ = 0;
+  changed();
+}
+
+ListItem& ListView::Add(int position, std::string text, IconReference icon, IconReference small_icon) {
+  const int before = std::clamp(position, 1, Count() + 1);
+  const auto added = rows_.insert(
+      rows_.begin() + (before - 1),
+      std::make_unique<ListItem>(*this, std::move(text), std::move(icon), std::move(small_icon)));
+  if (selected_ >= before) ++selected_;
+  changed();
+  return **added;
+}
+
+void ListView::select(int number) {
+  if (number < 1 || number > Count() || number == selected_) return;
+  selected_ = number;
+  changed();
+}
+
+void ListView::EnsureVisible(int number) {
+  if (number < 1 || number > Count()) return;
+  if (FormHost* host = form().host) host->ensure_visible(*this, number);
+}
+
+Timer::Timer(Surface& container, std::string name, int interval, bool enabled)
+    : Control(container, std::move(name), {}), Interval(*this, interval), Enabled(*this, enabled) {}
+
+void Timer::changed() {
+  if (FormHost* host = form().host) host->timer_changed(*this);
+}
+
+Form::Form(std::string name, float width, float height)
+    : Name(std::move(name)), Width(*this, width), Height(*this, height) {}
+
+void Form::changed() {
+  if (host != nullptr) host->repaint(nullptr);
+}
+
+void Form::Refresh() {
+  if (host != nullptr) host->refresh(nullptr);
+}
+
+}  // namespace platform

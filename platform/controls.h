@@ -1,0 +1,439 @@
+// Forms and controls as data. The program reads and assigns their properties and fills in their handlers; a platform
+// shows them in real windows, or keeps them in memory. Lengths are twips, 15 to the pixel of the design screen, unless a
+// member says otherwise; colours are 32-bit with red in the low byte; text is UTF-8.
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/canvas.h"
+
+namespace platform {
+
+// A window as the platform names it: an X window id on the desktop. 0 is no window.
+using Handle = std::uint32_t;
+
+inline constexpr float twips_per_pixel = 15.0F;
+
+class Control;
+class Form;
+class ListView;
+class Timer;
+
+// What carries properties and wants to know when one of them changes.
+class Component {
+ public:
+  Component() = default;
+  Component(const Component&) = delete;
+  Component& operator=(const Component&) = delete;
+  virtual ~Component() = default;
+  // Called after a property has taken a different value.
+  virtual void changed() = 0;
+};
+
+// A value that tells its owner when an assignment changes it. Assigning an equal value is no change.
+template <class T>
+class Property {
+ public:
+  Property(Component& owner, T value) : owner_(owner), value_(std::move(value)) {}
+  Property(const Property&) = delete;
+  Property& operator=(const Property& other) { return *this = other.value_; }
+  Property& operator=(T value) {
+    if (value_ != value) {
+      value_ = std::move(value);
+      owner_.changed();
+    }
+    return *this;
+  }
+  operator const T&() const { return value_; }  // NOLINT(google-explicit-constructor): read like the value it holds
+  const T& get() const { return value_; }
+
+ private:
+  Component& owner_;
+  T value_;
+};
+
+struct Rectangle {
+  float Left, Top, Width, Height;
+};
+
+// Text face as the design names it; the platform falls back on a face of its own for a name it does not have.
+struct Font {
+  std::string Name = "MS Sans Serif";
+  float Size = 8.25F;  // points
+  bool Bold = false;
+  bool operator==(const Font&) const = default;
+};
+
+// A fixed picture of the program (an icon). `resource` names its image file without size and ending.
+struct Picture {
+  std::uint32_t handle = 0;  // 0: no picture
+  std::string resource;
+  bool operator==(const Picture&) const = default;
+};
+
+// Button: 1 left, 2 right, 4 middle; in a move the sum of those held. Shift: 1 Shift, 2 Ctrl, 4 Alt. X and Y count from
+// the control's own corner, in the scale of the control that reports them.
+struct MouseEvent {
+  int Button;
+  int Shift;
+  float X;
+  float Y;
+};
+using MouseHandler = std::function<void(const MouseEvent&)>;
+using ClickHandler = std::function<void()>;
+// A handler may change the code; 0 swallows the key.
+using KeyPressHandler = std::function<void(int& KeyAscii)>;
+using KeyHandler = std::function<void(int& KeyCode, int& Shift)>;
+
+// The windows behind a form. Set while the form is loaded.
+class FormHost {
+ public:
+  virtual ~FormHost() = default;
+  // Something of `control` (of the form itself where it is null) differs from what the window shows.
+  virtual void repaint(Control* control) = 0;
+  // Paints what is outstanding before returning.
+  virtual void refresh(Control* control) = 0;
+  // Interval or Enabled of a timer has changed.
+  virtual void timer_changed(Timer& timer) = 0;
+  // Scrolls the list until `row` (from 1) is seen.
+  virtual void ensure_visible(ListView& list, int row) = 0;
+  // Gives the keyboard to a control.
+  virtual void set_focus(Control& control) = 0;
+};
+
+enum class Kind { label, shape, line, picture_box, text_box, check_box, list_view, image, image_list, timer, colour_dialog };
+
+// What holds controls: a form, or a picture box. It can be drawn on.
+class Surface {
+ public:
+  virtual ~Surface() = default;
+  virtual Form& form() = 0;
+  // In the order of creation: those made later lie in front, and windows of their own (picture boxes, text boxes,
+  // lists) in front of everything that is only painted (labels, shapes, lines).
+  std::vector<Control*> children;
+};
+
+// Values of BackStyle, BorderStyle and ScaleMode.
+inline constexpr int transparent = 0;
+inline constexpr int opaque = 1;
+inline constexpr int border_none = 0;
+inline constexpr int border_solid = 1;
+inline constexpr int border_dotted = 3;
+inline constexpr int scale_twips = 1;
+inline constexpr int scale_pixels = 3;
+
+enum class Alignment { left, right, centre };
+
+class Control : public Component {
+ public:
+  Control(Surface& container, std::string name, Rectangle place);
+
+  virtual Kind kind() const = 0;
+  void changed() override;
+  // Paints the control now.
+  void Refresh();
+  Surface& Container() { return container_; }
+  Form& form() { return container_.form(); }
+
+  // The properties that a theme sets, null where this kind of control has no such property.
+  virtual Property<std::int32_t>* fore_colour() { return nullptr; }
+  virtual Property<std::int32_t>* back_colour() { return nullptr; }
+  virtual Property<std::int32_t>* border_colour() { return nullptr; }
+  virtual Property<std::int32_t>* dialog_colour() { return nullptr; }
+
+  const std::string Name;
+  int Index = -1;  // position in its control array, -1 outside one
+  Property<float> Left, Top, Width, Height;
+  Property<bool> Visible{*this, true};
+
+  ClickHandler Click, DblClick;
+  MouseHandler MouseDown, MouseMove, MouseUp;
+
+ private:
+  Surface& container_;
+};
+
+// Controls of one name and kind, told apart by an index; the indices may have gaps.
+template <class C>
+class ControlArray {
+ public:
+  C& add(int index, Surface& container, const std::string& name, Rectangle place) {
+    auto& control = *controls_.emplace_back(std::make_unique<C>(container, name, place));
+    control.Index = index;
+    return control;
+  }
+  // `index` must be one that was added.
+  C& operator()(int index) const {
+    for (const auto& control : controls_) {
+      if (control->Index == index) return *control;
+    }
+    std::abort();
+  }
+  bool holds(int index) const {
+    for (const auto& control : controls_) {
+      if (control->Index == index) return true;
+    }
+    return false;
+  }
+  auto begin() const { return controls_.begin(); }
+  auto end() const { return controls_.end(); }
+
+ private:
+  std::vector<std::unique_ptr<C>> controls_;
+};
+
+class Label : public Control {
+ public:
+  using Control::Control;
+  Kind kind() const override { return Kind::label; }
+  Property<std::int32_t>* fore_colour() override { return &ForeColor; }
+  Property<std::int32_t>* back_colour() override { return &BackColor; }
+  Property<std::string> Caption{*this, {}};
+  Property<std::int32_t> ForeColor{*this, 0};
+  Property<std::int32_t> BackColor{*this, 0};
+  Property<int> BackStyle{*this, transparent};
+  Property<platform::Alignment> Alignment{*this, platform::Alignment::left};
+  Property<platform::Font> Font{*this, {}};
+  Property<bool> hand_pointer{*this, false};  // the pointer shows that the label can be pressed
+};
+
+class Shape : public Control {
+ public:
+  using Control::Control;
+  Kind kind() const override { return Kind::shape; }
+  Property<std::int32_t>* back_colour() override { return &BackColor; }
+  Property<std::int32_t>* border_colour() override { return &BorderColor; }
+  Property<std::int32_t> BorderColor{*this, 0};
+  Property<std::int32_t> BackColor{*this, 0};
+  Property<int> BackStyle{*this, transparent};
+  Property<int> BorderStyle{*this, border_solid};
+  Property<bool> rounded{*this, false};
+};
+
+// A line from (X1, Y1) to (X2, Y2); its rectangle is the box around it.
+class Line : public Control {
+ public:
+  Line(Surface& container, std::string name, Rectangle ends);  // ends: X1, Y1, X2, Y2
+  Kind kind() const override { return Kind::line; }
+  Property<std::int32_t>* border_colour() override { return &BorderColor; }
+  Property<float> X1, Y1, X2, Y2;
+  Property<std::int32_t> BorderColor{*this, 0};
+  Property<int> BorderStyle{*this, border_solid};
+};
+
+class PictureBox : public Control, public Surface {
+ public:
+  PictureBox(Surface& container, std::string name, Rectangle place);
+  Kind kind() const override { return Kind::picture_box; }
+  Form& form() override { return Control::form(); }
+  Property<std::int32_t>* fore_colour() override { return &ForeColor; }
+  Property<std::int32_t>* back_colour() override { return &BackColor; }
+
+  // Wipes what was drawn.
+  void Cls();
+  // A dot of the present DrawWidth at (x, y) in the box's pixels, in `colour` or, without one, in ForeColor.
+  void PSet(double x, double y);
+  void PSet(double x, double y, std::int32_t colour);
+
+  Property<std::int32_t> ForeColor{*this, 0};
+  Property<std::int32_t> BackColor{*this, 0};
+  Property<platform::Font> Font{*this, {}};
+  Property<int> ScaleMode{*this, scale_twips};
+  int DrawWidth = 1;  // pixels
+  Canvas canvas;      // what has been drawn; where it is empty BackColor shows
+};
+
+class TextBox : public Control {
+ public:
+  using Control::Control;
+  Kind kind() const override { return Kind::text_box; }
+  Property<std::int32_t>* fore_colour() override { return &ForeColor; }
+  Property<std::int32_t>* back_colour() override { return &BackColor; }
+  void SetFocus();
+  Property<std::string> Text{*this, {}};  // lines end in CR LF
+  Property<std::int32_t> ForeColor{*this, 0};
+  Property<std::int32_t> BackColor{*this, 0xFFFFFF};
+  Property<platform::Font> Font{*this, {}};
+  Property<int> SelStart{*this, 0};   // characters
+  Property<int> SelLength{*this, 0};  // characters
+  bool MultiLine = false;
+  KeyPressHandler KeyPress;
+};
+
+class CheckBox : public Control {
+ public:
+  using Control::Control;
+  Kind kind() const override { return Kind::check_box; }
+  Property<std::int32_t>* fore_colour() override { return &ForeColor; }
+  Property<std::string> Caption{*this, {}};
+  Property<int> Value{*this, 0};
+  Property<std::int32_t> ForeColor{*this, 0};
+};
+
+// One image of an image list: a fixed picture of the program, or pixels that were drawn.
+struct ListImage {
+  std::string key;  // empty: addressed by number alone
+  Picture picture;
+  std::shared_ptr<const Canvas> pixels;
+};
+
+class ImageList : public Control {
+ public:
+  ImageList(Surface& container, std::string name) : Control(container, std::move(name), {}) {}
+  Kind kind() const override { return Kind::image_list; }
+  void Clear();
+  void Add(ListImage image);
+  int Count() const { return static_cast<int>(images_.size()); }
+  // `number` counts from 1; null where there is no such image.
+  const ListImage* operator()(int number) const;
+  const ListImage* operator()(const std::string& key) const;
+
+ private:
+  std::vector<ListImage> images_;
+};
+
+// The icon of a row: an image number (from 1), an image key, or none.
+struct IconReference {
+  int number = 0;
+  std::string key;
+  bool operator==(const IconReference&) const = default;
+};
+
+class ListItem : public Component {
+ public:
+  ListItem(ListView& list, std::string text, IconReference icon, IconReference small_icon);
+  void changed() override;
+  // Columns 2 and 3 are sub-items 1 and 2.
+  Property<std::string>& SubItems(int n) { return n == 1 ? sub1_ : sub2_; }
+  Property<std::string> Text;
+  const IconReference Icon, SmallIcon;
+
+ private:
+  ListView& list_;
+  Property<std::string> sub1_, sub2_;
+};
+
+struct ColumnHeader {
+  std::string Text;
+  float Width;  // twips
+};
+
+// Values of View and Arrange.
+inline constexpr int view_icon = 0;
+inline constexpr int view_list = 2;
+inline constexpr int view_report = 3;
+inline constexpr int arrange_none = 0;
+inline constexpr int arrange_left = 1;
+inline constexpr int arrange_top = 2;
+
+class ListView : public Control {
+ public:
+  ListView(Surface& container, std::string name, Rectangle place) : Control(container, std::move(name), place) {}
+  Kind kind() const override { return Kind::list_view; }
+  Property<std::int32_t>* fore_colour() override { return &ForeColor; }
+  Property<std::int32_t>* back_colour() override { return &BackColor; }
+
+  // Rows count from 1.
+  int Count() const { return static_cast<int>(rows_.size()); }
+  ListItem& row(int number) { return *rows_.at(static_cast<std::size_t>(number - 1)); }
+  void Clear();
+  // Puts a row at `position`, which is moved to the end where it lies beyond.
+  ListItem& Add(int position, std::string text, IconReference icon, IconReference small_icon);
+  // The selected row, 0 for none; null where none is selected.
+  int selected_row() const { return selected_; }
+  ListItem* SelectedItem() { return selected_ == 0 ? nullptr : &row(selected_); }
+  // One row is selected at a time; a number that names no row does nothing.
+  void select(int number);
+  void EnsureVisible(int number);
+
+  Property<std::int32_t> ForeColor{*this, 0};
+  Property<std::int32_t> BackColor{*this, 0};
+  Property<platform::Font> Font{*this, {}};
+  Property<int> View{*this, view_icon};
+  Property<int> Arrange{*this, arrange_none};
+  Property<int> SortOrder{*this, 0};
+  Property<ImageList*> Icons{*this, nullptr};
+  Property<ImageList*> SmallIcons{*this, nullptr};
+  std::vector<ColumnHeader> ColumnHeaders;
+  KeyPressHandler KeyPress;
+  std::function<void(int row)> ItemClick;  // after the row has been selected
+
+ private:
+  std::vector<std::unique_ptr<ListItem>> rows_;
+  int selected_ = 0;
+};
+
+class Timer : public Control {
+ public:
+  // interval: milliseconds.
+  Timer(Surface& container, std::string name, int interval, bool enabled);
+  Kind kind() const override { return Kind::timer; }
+  void changed() override;
+  Property<int> Interval;
+  Property<bool> Enabled;
+  std::function<void()> Elapsed;
+};
+
+class ColourDialog : public Control {
+ public:
+  ColourDialog(Surface& container, std::string name) : Control(container, std::move(name), {}) {}
+  Kind kind() const override { return Kind::colour_dialog; }
+  Property<std::int32_t>* dialog_colour() override { return &Color; }
+  Property<std::int32_t> Color{*this, 0};
+};
+
+// A fixed picture placed on a form.
+class Image : public Control {
+ public:
+  using Control::Control;
+  Kind kind() const override { return Kind::image; }
+  Property<platform::Picture> Picture{*this, {}};
+};
+
+// One entry of a form's menu. A caption of "-" is a separator.
+class MenuItem : public Component {
+ public:
+  explicit MenuItem(std::string caption) : Caption(std::move(caption)) {}
+  void changed() override {}
+  const std::string Caption;
+  Property<bool> Checked{*this, false};
+  ClickHandler Click;
+};
+
+class Form : public Component, public Surface {
+ public:
+  Form(std::string name, float width, float height);
+  Form& form() override { return *this; }
+  void changed() override;
+  void Refresh();
+  // Nothing is ever drawn on the bare form, so there is nothing to wipe but what waits to be painted.
+  void Cls() { changed(); }
+
+  const std::string Name;
+  Handle hWnd = 0;           // while loaded
+  FormHost* host = nullptr;  // while loaded
+  std::vector<Control*> Controls;
+
+  Property<float> Left{*this, 0.0F}, Top{*this, 0.0F}, Width, Height;
+  Property<bool> Visible{*this, false};
+  Property<std::string> Caption{*this, {}};
+  Property<std::int32_t> BackColor{*this, 0};
+  Property<platform::Font> Font{*this, {}};
+  Property<platform::Picture> Icon{*this, {}};
+  Property<int> ScaleMode{*this, scale_twips};
+
+  KeyHandler KeyDown, KeyUp;
+  KeyPressHandler KeyPress;
+  MouseHandler MouseDown, MouseMove, MouseUp;
+  // The user closes the window by means of the desktop (Alt+F4, the task bar).
+  std::function<void()> CloseRequest;
+};
+
+}  // namespace platform

@@ -1,0 +1,197 @@
+// What the program asks of a platform, one small interface a capability. The desktop implements them with real windows
+// and input, the simulation in memory. Failure is a value or is silent, as each member says; none of them throws.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/controls.h"
+#include "platform/hook_contract.h"
+
+namespace platform {
+
+struct Point {
+  std::int32_t x, y;  // screen pixels
+};
+
+class Clock {
+ public:
+  virtual ~Clock() = default;
+  // Milliseconds on a counter that starts well above 700 when the program starts and wraps in 32 bits.
+  virtual std::int32_t GetTickCount() = 0;
+  // Blocks the thread without serving events.
+  virtual void Sleep(int milliseconds) = 0;
+};
+
+class Events {
+ public:
+  virtual ~Events() = default;
+  // Serves every event that is waiting, then returns.
+  virtual void DoEvents() = 0;
+  // Runs `task` later on this thread, after the events that wait now.
+  virtual void post(std::function<void()> task) = 0;
+  // Ends the program: every loop returns, and no further event is served. The first status counts.
+  virtual void End(int status) = 0;
+  virtual bool ended() const = 0;
+};
+
+// Flags of AnimateWindow and SetWindowPos, and the places of the latter.
+inline constexpr std::uint32_t AW_HIDE = 0x10000;
+inline constexpr std::uint32_t AW_ACTIVATE = 0x20000;
+inline constexpr std::uint32_t AW_BLEND = 0x80000;
+inline constexpr std::int32_t HWND_TOPMOST = -1;
+inline constexpr std::int32_t HWND_NOTOPMOST = -2;
+inline constexpr std::uint32_t WM_FONTCHANGE = 29;
+
+class Windows {
+ public:
+  virtual ~Windows() = default;
+  // Makes the window of a form, hidden, and sets its `hWnd` and `host`; its enabled timers start. False where there
+  // can be no window.
+  virtual bool load(Form& form) = 0;
+  // Takes the window away; the form's `hWnd` and `host` are unset and its timers stop.
+  virtual void unload(Form& form) = 0;
+  // Show and Hide set the form's own Visible; AnimateWindow does not.
+  virtual void Show(Form& form) = 0;
+  virtual void Hide(Form& form) = 0;
+  // Whether the window can be seen on the screen now, whatever Visible says.
+  virtual bool on_screen(const Form& form) const = 0;
+  virtual bool SetForegroundWindow(Handle window) = 0;
+  // Blends the window in or out, blocking for `milliseconds` where the screen can blend, at once where it cannot.
+  virtual bool AnimateWindow(Handle window, int milliseconds, std::uint32_t flags) = 0;
+  virtual bool SetWindowPos(Handle window, std::int32_t place, int x, int y, int width, int height,
+                            std::uint32_t flags) = 0;
+  virtual bool PostMessageA(Handle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) = 0;
+  virtual void ReleaseCapture() = 0;
+  // The window at a point, a child where one is there; 0 for none.
+  virtual Handle WindowFromPoint(Point point) = 0;
+  // The window of a device context; a platform without such contexts has none.
+  virtual Handle WindowFromDC(Handle context) = 0;
+  // 0 for a top-level window: what a window manager puts around a window does not count as its parent.
+  virtual Handle GetParent(Handle window) = 0;
+  virtual Point GetCursorPos() = 0;
+};
+
+// The last argument of GetVersionExA's record that matters: 1 the Windows 9x family, 2 the NT family.
+inline constexpr int platform_9x = 1;
+inline constexpr int platform_nt = 2;
+inline constexpr std::uint32_t KEYEVENTF_EXTENDEDKEY = 1;
+inline constexpr std::uint32_t KEYEVENTF_KEYUP = 2;
+
+// By virtual key code: the top bit says that the key is down, the lowest that a lock key is on.
+using KeyboardState = std::array<std::uint8_t, 256>;
+
+class Input {
+ public:
+  virtual ~Input() = default;
+  // Puts one key event into the input stream. `key` is a virtual key code.
+  virtual void keybd_event(std::uint8_t key, std::uint8_t scan, std::uint32_t flags, std::uint32_t extra) = 0;
+  // Types `text`, in the notation of platform/sendkeys.h, into the window that has the keyboard. An invalid notation
+  // types nothing. With wait false it does not wait for that window to process the keys.
+  virtual void SendKeys(std::string_view text, bool wait) = 0;
+  virtual KeyboardState GetKeyboardState() = 0;
+  virtual void SetKeyboardState(const KeyboardState& state) = 0;
+  // The platform family of GetVersionExA.
+  virtual int platform_id() = 0;
+};
+
+class Shell {
+ public:
+  virtual ~Shell() = default;
+  // Opens a file, document or program and returns at once; above 32 is success. `show` 1 is a normal window.
+  virtual int ShellExecuteA(Handle owner, std::string_view verb, std::string_view file, std::string_view parameters,
+                            std::string_view directory, int show) = 0;
+  // Whether a tray shows, or will show, the program's icon, so that a hidden window can be brought back.
+  virtual bool tray_present() = 0;
+};
+
+class Profile {
+ public:
+  virtual ~Profile() = default;
+  // The value of a key, `fallback` where there is none, at most size - 1 characters of it. Without a section: the names
+  // of all sections, each followed by a NUL. Sections and keys are matched without regard to case.
+  virtual std::string GetPrivateProfileStringA(std::optional<std::string_view> section, std::string_view key,
+                                               std::string_view fallback, std::size_t size, std::string_view file) = 0;
+  // Sets a key in the text gathered for `file`; nothing reaches the disk before `flush`.
+  virtual bool WritePrivateProfileStringA(std::string_view section, std::string_view key, std::string_view value,
+                                          std::string_view file) = 0;
+  // Whether the file exists, and its deletion; the deletion too takes effect on the disk with `flush`.
+  virtual bool Dir(std::string_view file) = 0;
+  virtual void Kill(std::string_view file) = 0;
+  // Replaces the file on the disk by the gathered text in one step. False: the old file stands as it was.
+  virtual bool flush(std::string_view file) = 0;
+  // The file holds something that the table could not take in: a copy is set aside before it is next replaced.
+  virtual void preserve(std::string_view file) = 0;
+};
+
+// Message box styles and answers.
+inline constexpr int vbOKCancel = 1;
+inline constexpr int vbYesNo = 4;
+inline constexpr int vbCritical = 16;
+inline constexpr int vbInformation = 64;
+inline constexpr int vbSystemModal = 4096;
+inline constexpr int vbOK = 1;
+inline constexpr int vbCancel = 2;
+inline constexpr int vbYes = 6;
+inline constexpr int vbNo = 7;
+
+class Dialogs {
+ public:
+  virtual ~Dialogs() = default;
+  // Gives the button pressed; a box closed by its window button counts as Cancel, or No where there is no Cancel.
+  virtual int MsgBox(std::string_view text, int style, std::string_view title) = 0;
+  // Empty text on Cancel.
+  virtual std::string InputBox(std::string_view prompt, std::string_view title, std::string_view fallback) = 0;
+};
+
+class Fonts {
+ public:
+  virtual ~Fonts() = default;
+  // Makes a font file known to the program; how many faces it holds, 0 on failure.
+  virtual int AddFontResourceA(std::string_view path) = 0;
+};
+
+// The exports of the hook library.
+class HookLibrary {
+ public:
+  virtual ~HookLibrary() = default;
+  virtual void InitHook(Handle window) = 0;
+  virtual void EndHook() = 0;
+  virtual void DLL_STOP(std::int32_t stop) = 0;
+  virtual void ENVOIS_BUF_TMP(point_hook* points, std::int32_t* count) = 0;
+};
+
+class HookLoader {
+ public:
+  virtual ~HookLoader() = default;
+  // The library of that name from the program's folder; null where it is missing or lacks an export, with the reason
+  // in `error`.
+  virtual std::unique_ptr<HookLibrary> load(std::string_view name, std::string& error) = 0;
+};
+
+struct Program {
+  std::string Path;     // folder of the executable, without a closing separator
+  std::string EXEName;  // its base name
+};
+
+// Everything that the program asks of the outside.
+struct Services {
+  Clock& clock;
+  Events& events;
+  Windows& windows;
+  Input& input;
+  Shell& shell;
+  Profile& profile;
+  Dialogs& dialogs;
+  Fonts& fonts;
+  HookLoader& hooks;
+  const Program& program;
+};
+
+}  // namespace platform
