@@ -167,6 +167,8 @@ SK::SK()
       ImageList132(*this, "ImageList132"),
       ImageList(*this, "ImageList") {
   Caption = "Strokemind";
+  Left = 3450;
+  Top = 1200;
   Contour.BorderColor = vert;
   regle(*this, 4, 3120);
   regle(*this, 0, 4140);
