@@ -115,9 +115,11 @@ class Profile {
  public:
   virtual ~Profile() = default;
   // The value of a key, `fallback` where there is none, at most size - 1 characters of it. Without a section: the names
-  // of all sections, each followed by a NUL. Sections and keys are matched without regard to case.
-  virtual std::string GetPrivateProfileStringA(std::optional<std::string_view> section, std::string_view key,
-                                               std::string_view fallback, std::size_t size, std::string_view file) = 0;
+  // of all sections, each followed by a NUL; without a key: the names of the section's keys likewise; at most size - 2
+  // characters of either. Sections and keys are matched without regard to case.
+  virtual std::string GetPrivateProfileStringA(std::optional<std::string_view> section,
+                                               std::optional<std::string_view> key, std::string_view fallback,
+                                               std::size_t size, std::string_view file) = 0;
   // Sets a key in the text gathered for `file`; nothing reaches the disk before `flush`.
   virtual bool WritePrivateProfileStringA(std::string_view section, std::string_view key, std::string_view value,
                                           std::string_view file) = 0;
