@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Makes the PNG icons from their SVG sources. Needs librsvg2-bin. Qt's base package reads no SVG, hence the PNGs.
+set -euo pipefail
+cd "$(dirname "$0")/icons"
+for state in on off; do
+  for size in 16 22 24 32 48 64 128; do # pixels
+    rsvg-convert --width "$size" --height "$size" --output "strokemind-$state-$size.png" "strokemind-$state.svg"
+  done
+done
