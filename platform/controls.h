@@ -417,6 +417,7 @@ class Form : public Component, public Surface {
   void Cls() { changed(); }
 
   const std::string Name;
+  bool windowless = false;   // holds only menus and timers, and never needs a window
   Handle hWnd = 0;           // while loaded
   FormHost* host = nullptr;  // while loaded
   std::vector<Control*> Controls;

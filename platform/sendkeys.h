@@ -1,4 +1,4 @@
-// The notation of SendKeys, read into key strokes. The text is UTF-8.
+// The notation of SendKeys, read into key strokes. The text is UTF-8; see next_code_point for what is not.
 //
 //   abc É 漢       each character types itself
 //   + ^ %          Shift, Ctrl, Alt held for the next key or group: +a, ^c, %{F4}, ^+{END}. With nothing behind it (at
@@ -14,7 +14,7 @@
 //   {key n}        key, in any of the three forms above, n times: {LEFT 42}, {h 10}. n is decimal and at least 1
 //
 // Invalid, and then nothing of the text is typed: an unknown name, a count that is none, a brace or parenthesis without
-// its partner, a control character other than the above, text that is not UTF-8, more than send_keys_limit strokes.
+// its partner, a control character other than the above, more than send_keys_limit strokes.
 #pragma once
 
 #include <cstddef>

@@ -52,8 +52,8 @@ inline constexpr std::uint32_t WM_FONTCHANGE = 29;
 class Windows {
  public:
   virtual ~Windows() = default;
-  // Makes the window of a form, hidden, and sets its `hWnd` and `host`; its enabled timers start. False where there
-  // can be no window.
+  // Makes the window of a form, hidden, and sets its `hWnd` and `host`; its enabled timers start. A windowless form
+  // gets its timers alone. False where there can be no window.
   virtual bool load(Form& form) = 0;
   // Takes the window away; the form's `hWnd` and `host` are unset and its timers stop.
   virtual void unload(Form& form) = 0;

@@ -1,0 +1,64 @@
+#include "recognition/recherche.h"
+
+#include "recognition/verdict.h"
+
+namespace Mod_dessin {
+
+void Recherche::rechercher_patron() {
+  if (dessin_.dessin_nb == 0) return;
+  // Up to the highest used slot: a patron above a hole is recognised too.
+  const Verdict found = verdict(dessin_, table_, highest_used(table_));
+  if (found.match()) {
+    patron_retrouve(found.nom);
+  } else {
+    patron_inconnu();
+  }
+}
+
+void Recherche::patron_retrouve(const std::string& nom) {
+  std::size_t slot = 0;
+  while (slot < table_capacity && table_.patrons[slot].Nom != nom) ++slot;
+  if (nom == nom_efface || slot == table_capacity) return patron_inconnu();
+
+  sk_.lblinfo.Caption = "Patron " + nom + " retrouvé!";
+  sk_.lblinfo.ForeColor = vert;
+  std::string action = action_du_patron(nom);
+  if (action.empty()) {
+    action = "Pas encore d'actions associées!";
+  } else {
+    dispatch_.executer_action(action, static_cast<std::int16_t>(slot));
+  }
+  if (const int row = sk_.LV.selected_row()) {
+    vue_.ligne_choisie = static_cast<std::int16_t>(row);
+    sk_.LV.EnsureVisible(row);
+  }
+  sk_.LV.Refresh();
+  sk_.lblinfo.Caption = sk_.lblinfo.Caption.get() + "\r\n" + "Action: " + action;
+}
+
+void Recherche::patron_inconnu() {
+  sk_.lblinfo.Caption = "Patron inconnu";
+  sk_.lblinfo.ForeColor = rouge;
+  sk_.TimerInfo.Enabled = true;
+}
+
+std::string Recherche::action_du_patron(const std::string& nom) {
+  std::string action;
+  for (int row = 1; row <= sk_.LV.Count(); ++row) {
+    platform::ListItem& item = sk_.LV.row(row);
+    if (item.Text.get() != nom) continue;
+    sk_.LV.select(row);
+    sk_.LV.EnsureVisible(row);
+    sk_.LV.Refresh();
+    action = item.SubItems(2);
+  }
+  return action;
+}
+
+void Recherche::TimerInfo_Timer() {
+  sk_.lblinfo.ForeColor = theme_.couleur_theme;
+  sk_.TimerInfo.Enabled = false;
+  sk_.lblinfo.Caption = "Prêt...";
+}
+
+}  // namespace Mod_dessin

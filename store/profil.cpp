@@ -1,0 +1,216 @@
+#include "store/profil.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "platform/number.h"
+#include "platform/text.h"
+
+namespace Mod_dessin {
+
+namespace {
+
+constexpr const char* section_pos = "Pos";
+constexpr const char* cle_action = "Actionassocié";
+
+std::vector<std::string> split_at_nul(const std::string& list) {
+  std::vector<std::string> names;
+  for (std::size_t start = 0; start < list.size();) {
+    const std::size_t end = std::min(list.find('\0', start), list.size());
+    names.push_back(list.substr(start, end - start));
+    start = end + 1;
+  }
+  return names;
+}
+
+std::optional<int> whole_number(std::string_view text) {
+  int value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+bool same_name(const std::string& a, const char* b) { return platform::equal_ignoring_case(a, b); }
+
+// A profile value is one line: line ends of a text become the word that types one.
+std::string one_line(const std::string& action) {
+  std::string line;
+  for (std::size_t i = 0; i < action.size(); ++i) {
+    if (action[i] == '\r' || action[i] == '\n') {
+      line += "{ENTER}";
+      if (action[i] == '\r' && i + 1 < action.size() && action[i + 1] == '\n') ++i;
+    } else {
+      line.push_back(action[i]);
+    }
+  }
+  return line;
+}
+
+}  // namespace
+
+int Profil::decouper(std::string texte, char separateur, int debut) {
+  if (texte.empty()) return 0;
+  std::replace(texte.begin(), texte.end(), separateur, ' ');
+  texte.erase(0, static_cast<std::size_t>(debut));
+  int n = 0;
+  std::string token;
+  const auto store = [&] {
+    if (n < nb_morceaux) morceaux_[static_cast<std::size_t>(n++)] = token;
+    token.clear();
+  };
+  for (const char c : texte) {
+    if (c == ' ') {
+      store();
+    } else {
+      token.push_back(c);
+    }
+  }
+  if (!token.empty()) store();
+  return n;
+}
+
+void Profil::charger_patrons() {
+  const std::string sections = ini_.lire_ini(std::nullopt, "X");
+  const std::string position = section_position();
+  const int found = decouper(sections, '\0', 0);
+  int i = 0;
+  for (int m = 0; m < found; ++m) {
+    const std::string& nom = *morceaux_[static_cast<std::size_t>(m)];
+    if (nom == section_pos) break;
+    // A position under another spelling is no patron, wherever it stands.
+    if (nom == position) continue;
+    if (i == table_capacity || nom.empty() || nom == nom_efface) {
+      ini_.preserve();
+      if (i == table_capacity) break;
+      continue;
+    }
+    table_.patrons[static_cast<std::size_t>(i)].Nom = nom;
+    ++i;
+    sk_.lblNmodel.Caption = std::to_string(i);
+    table_.nb_patrons = static_cast<std::uint8_t>(i);
+  }
+  // A name with a blank has fallen apart, and what stands behind the position is not read.
+  const std::vector<std::string> names = split_at_nul(sections);
+  if (std::any_of(names.begin(), names.end(), [](const auto& name) { return name.find(' ') != std::string::npos; }) ||
+      static_cast<int>(names.size()) > i + 1) {
+    ini_.preserve();
+  }
+  for (int slot = 0; slot < i; ++slot) lire_patron(table_.patrons[static_cast<std::size_t>(slot)]);
+}
+
+void Profil::lire_patron(Patron& patron) {
+  const std::string& section = patron.Nom;
+  const std::string ind = ini_.lire_ini(section, "Ind");
+  const bool whole_x = lire_liste(section, "X", patron.X);
+  const bool whole_y = lire_liste(section, "Y", patron.Y);
+  patron.Action = ini_.lire_ini(section, cle_action);
+
+  const int present = static_cast<int>(std::min({patron.X.values.size(), patron.Y.values.size(),
+                                                 static_cast<std::size_t>(dessin_slots)}));
+  const std::optional<int> stated = whole_number(ind);
+  patron.Ind = static_cast<std::int16_t>(std::clamp(stated.value_or(0), 0, present));
+  bool whole = whole_x && whole_y && stated == patron.Ind;
+  for (Coordinates* list : {&patron.X, &patron.Y}) {
+    const auto count = static_cast<std::size_t>(patron.Ind);
+    if (list->values.size() == count) continue;
+    // The numbers beyond the count are not kept, so the list cannot be written back as it was.
+    whole = false;
+    std::size_t end = 0;
+    for (std::size_t n = 0; n <= count && end != std::string::npos; ++n) end = list->text.find('.', n == 0 ? 0 : end + 1);
+    list->text.resize(std::min(end, list->text.size()));
+    list->values.resize(count);
+  }
+  for (const std::string& key : split_at_nul(ini_.lire_ini(section, std::nullopt))) {
+    const auto known = {"Ind", "X", "Y", cle_action};
+    if (std::none_of(known.begin(), known.end(), [&](const char* name) { return same_name(key, name); })) whole = false;
+  }
+  if (!whole) ini_.preserve();
+}
+
+// Reads one axis. False where something of it is lost: a token that is no number counts as 0 but keeps its text.
+bool Profil::lire_liste(const std::string& section, const char* key, Coordinates& list) {
+  const std::string text = ini_.lire_ini(section, key);
+  const int count = decouper(text, '.', 1);
+  bool whole = true;
+  list.values.clear();
+  list.text.clear();
+  for (int n = 0; n < count; ++n) {
+    const std::string& token = *morceaux_[static_cast<std::size_t>(n)];
+    const std::optional<double> value = platform::number_value(token);
+    whole = whole && value.has_value();
+    list.values.push_back(value.value_or(0));
+    list.text += "." + token;
+  }
+  return whole && list.text == text;
+}
+
+bool Profil::looks_like_position(const std::string& section) {
+  const std::vector<std::string> keys = split_at_nul(ini_.lire_ini(section, std::nullopt));
+  const auto plain = [&](const char* key) { return platform::number_value(ini_.lire_ini(section, key)).has_value(); };
+  return keys.size() == 2 && plain("X") && plain("Y");
+}
+
+// The section that holds the window's place: "Pos", under whatever case; failing that, one that looks like it.
+std::string Profil::section_position() {
+  const std::vector<std::string> names = split_at_nul(ini_.lire_ini(std::nullopt, "X"));
+  if (std::find(names.begin(), names.end(), section_pos) != names.end()) return section_pos;
+  for (const std::string& name : names) {
+    if (looks_like_position(name)) return name;
+  }
+  return section_pos;
+}
+
+std::optional<float> Profil::position(std::string_view key) {
+  const std::string text = ini_.lire_ini(section_position(), key);
+  const std::optional<double> value = platform::number_value(text);
+  constexpr double largest = std::numeric_limits<float>::max();
+  if (!value || *value > largest || *value < -largest) return std::nullopt;
+  return static_cast<float>(*value);
+}
+
+bool Profil::ecrire_patrons() {
+  if (ini_.exists()) ini_.kill();
+  reprendre_actions();
+  for (const Patron& patron : table_.patrons) {
+    if (patron.Nom.empty()) break;
+    if (patron.Nom == nom_efface) continue;
+    ini_.ecrire_ini(patron.Nom, "Ind", std::to_string(patron.Ind));
+    ini_.ecrire_ini(patron.Nom, "X", liste_texte(patron.X, patron.Ind));
+    ini_.ecrire_ini(patron.Nom, "Y", liste_texte(patron.Y, patron.Ind));
+    ini_.ecrire_ini(patron.Nom, cle_action, one_line(patron.Action));
+  }
+  ini_.ecrire_ini(section_pos, "X", platform::float_text(sk_.Left));
+  ini_.ecrire_ini(section_pos, "Y", platform::float_text(sk_.Top));
+  return ini_.flush();
+}
+
+// The list is always the newer of the two. A row in line with its slot is taken as it stands; one out of line, as after
+// a delete in the same run, goes to the slot of its name.
+void Profil::reprendre_actions() {
+  for (int row = 1; row <= sk_.LV.Count(); ++row) {
+    platform::ListItem& item = sk_.LV.row(row);
+    const std::string& nom = item.Text;
+    const auto in_line = static_cast<std::size_t>(row - 1);
+    auto slot = table_.patrons.end();
+    if (in_line < table_.patrons.size() && table_.patrons[in_line].Nom == nom) {
+      slot = table_.patrons.begin() + static_cast<std::ptrdiff_t>(in_line);
+    } else if (!nom.empty() && nom != nom_efface) {
+      slot = std::find_if(table_.patrons.begin(), table_.patrons.end(), [&](const Patron& p) { return p.Nom == nom; });
+    }
+    if (slot != table_.patrons.end()) slot->Action = item.SubItems(2);
+  }
+}
+
+std::string Profil::liste_texte(const Coordinates& list, int count) {
+  if (!list.text.empty()) return list.text;
+  std::string text;
+  for (int n = 0; n < count; ++n) {
+    text += "." + platform::float_text(static_cast<float>(list.values[static_cast<std::size_t>(n)]));
+  }
+  return text;
+}
+
+}  // namespace Mod_dessin

@@ -1,0 +1,50 @@
+// The table of patrons on its way from the profile file and back.
+//
+// One section a patron, named like it, with "Ind", "X", "Y" and "Actionassocié" in that order; "Pos", the place of the
+// main window, comes last. A list of coordinates has "." before each number, and "," as decimal mark.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "forms/sk.h"
+#include "model/patrons.h"
+#include "store/mod_ini.h"
+
+namespace Mod_dessin {
+
+class Profil {
+ public:
+  Profil(Mod_ini& ini, SK& sk, Table& table) : ini_(ini), sk_(sk), table_(table) {}
+
+  // Fills the table from the file. What the table cannot take in whole is kept aside before the file is next written.
+  void charger_patrons();
+  // Copies the list's actions into the table and writes the file anew, in one replacement. False: the old file stands.
+  bool ecrire_patrons();
+
+  // Where the window last stood, in twips; nothing where the file does not say.
+  std::optional<float> position(std::string_view key);
+
+  // Splits a text at `separateur` and at blanks, after dropping its first `debut` characters, into `morceaux`, of which
+  // slots that the split does not reach keep what they held. Gives the number of slots filled.
+  int decouper(std::string texte, char separateur, int debut);
+
+ private:
+  static constexpr int nb_morceaux = 5001;
+
+  std::string section_position();
+  bool looks_like_position(const std::string& section);
+  void lire_patron(Patron& patron);
+  bool lire_liste(const std::string& section, const char* key, Coordinates& list);
+  void reprendre_actions();
+  static std::string liste_texte(const Coordinates& list, int count);
+
+  Mod_ini& ini_;
+  SK& sk_;
+  Table& table_;
+  std::array<std::optional<std::string>, nb_morceaux> morceaux_;
+};
+
+}  // namespace Mod_dessin
