@@ -5,7 +5,9 @@ namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
 
-bool is_one_of(char c, std::string_view set) { return set.find(c) != std::string_view::npos; }
+bool is_one_of(char c, std::string_view set) {
+  return set.find(c) != std::string_view::npos;
+}
 
 // Reads the words of one line. False from a member: the line is cut short.
 class Splitter {
