@@ -33,8 +33,6 @@ std::optional<int> whole_number(std::string_view text) {
   return value;
 }
 
-bool same_name(const std::string& a, const char* b) { return platform::equal_ignoring_case(a, b); }
-
 // A profile value is one line: line ends of a text become the word that types one.
 std::string one_line(const std::string& action) {
   std::string line;
@@ -82,11 +80,10 @@ void Profil::charger_patrons() {
     if (nom == section_pos) break;
     // A position under another spelling is no patron, wherever it stands.
     if (nom == position) continue;
-    if (i == table_capacity || nom.empty() || nom == nom_efface) {
-      ini_.preserve();
-      if (i == table_capacity) break;
-      continue;
-    }
+    // The table has no room for more, and neither a blank name nor that of a deleted slot would be written back.
+    if (i == table_capacity || nom.empty() || nom == nom_efface) ini_.preserve();
+    if (i == table_capacity) break;
+    if (nom.empty()) continue;
     table_.patrons[static_cast<std::size_t>(i)].Nom = nom;
     ++i;
     sk_.lblNmodel.Caption = std::to_string(i);
@@ -95,7 +92,7 @@ void Profil::charger_patrons() {
   // A name with a blank has fallen apart, and what stands behind the position is not read.
   const std::vector<std::string> names = split_at_nul(sections);
   if (std::any_of(names.begin(), names.end(), [](const auto& name) { return name.find(' ') != std::string::npos; }) ||
-      static_cast<int>(names.size()) > i + 1) {
+      static_cast<int>(names.size()) > i + 1 || !keys_among(position, {"X", "Y"})) {
     ini_.preserve();
   }
   for (int slot = 0; slot < i; ++slot) lire_patron(table_.patrons[static_cast<std::size_t>(slot)]);
@@ -123,11 +120,16 @@ void Profil::lire_patron(Patron& patron) {
     list->text.resize(std::min(end, list->text.size()));
     list->values.resize(count);
   }
-  for (const std::string& key : split_at_nul(ini_.lire_ini(section, std::nullopt))) {
-    const auto known = {"Ind", "X", "Y", cle_action};
-    if (std::none_of(known.begin(), known.end(), [&](const char* name) { return same_name(key, name); })) whole = false;
-  }
-  if (!whole) ini_.preserve();
+  if (!whole || !keys_among(section, {"Ind", "X", "Y", cle_action})) ini_.preserve();
+}
+
+// Whether a section holds no other keys than these, the ones that are written back.
+bool Profil::keys_among(const std::string& section, std::initializer_list<const char*> known) {
+  const std::vector<std::string> keys = split_at_nul(ini_.lire_ini(section, std::nullopt));
+  return std::all_of(keys.begin(), keys.end(), [&](const std::string& key) {
+    return std::any_of(known.begin(), known.end(),
+                       [&](const char* name) { return platform::equal_ignoring_case(key, name); });
+  });
 }
 
 // Reads one axis. False where something of it is lost: a token that is no number counts as 0 but keeps its text.

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <array>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -36,6 +37,7 @@ class Profil {
 
   std::string section_position();
   bool looks_like_position(const std::string& section);
+  bool keys_among(const std::string& section, std::initializer_list<const char*> known);
   void lire_patron(Patron& patron);
   bool lire_liste(const std::string& section, const char* key, Coordinates& list);
   void reprendre_actions();

@@ -1,0 +1,106 @@
+#include "app/programme.h"
+
+#include <string>
+
+#include "forms/mod_fenetre.h"
+#include "store/liste.h"
+#include "ui/fenetre.h"
+
+namespace {
+
+constexpr const char* hook_library = "Strokemind.so";
+constexpr float largeur = 5000;  // twips: the rest of the form is out of sight, whatever was stored
+
+}  // namespace
+
+Programme::Programme(platform::Services& services)
+    : services_(services),
+      menu_(services.windows),
+      actions_(services.windows),
+      ini_(services.profile, services.program.EXEName + ".AI"),
+      profil_(ini_, sk_, table_),
+      dispatch_(services, sk_, table_),
+      recherche_(sk_, dessin_, table_, vue_, theme_, dispatch_) {
+  menu_.Load = [this](Menu& menu) {
+    menu.Timer1.Elapsed = [this] { services_.events.post([this] { menu_.unload(); }); };
+  };
+}
+
+Programme::~Programme() { Form_Terminate(); }
+
+void Programme::start() {
+  if (!services_.windows.load(sk_)) return services_.events.End(1);
+  Form_Load();
+}
+
+void Programme::Form_Load() {
+  Mod_dessin::charger_police(services_, sk_);
+  if (!load_hook()) return services_.events.End(1);
+  connect();
+
+  theme_.couleur_theme = couleur_depart;
+  if (const auto left = profil_.position("X")) sk_.Left = *left;
+  if (const auto top = profil_.position("Y")) sk_.Top = *top;
+  sk_.Width = largeur;
+  std::int16_t duree = Mod_dessin::duree_depart_ms;
+  Mod_dessin::montrer_fenetre(services_.windows, sk_, duree);
+  Mod_dessin::cacher_fenetre(services_.windows, sk_);
+  Mod_dessin::charger_police(services_, sk_);
+  if (unloading_) return;
+
+  profil_.charger_patrons();
+  patrons_loaded_ = true;
+  sk_.lblNmodel.Caption = std::to_string(table_.nb_patrons);
+  sk_.lblRes.Caption = "";
+  Mod_dessin::rebatir_vignettes(sk_, table_);
+  vue_.vue_vignettes = true;
+
+  // Hidden from here on, unless nothing could bring the window back or a newcomer would see nothing at all.
+  if (!services_.shell.tray_present() || table_.nb_patrons == 0) {
+    std::int16_t defaut = 0;
+    Mod_dessin::montrer_fenetre(services_.windows, sk_, defaut);
+  }
+}
+
+bool Programme::load_hook() {
+  std::string error;
+  hook_ = services_.hooks.load(hook_library, error);
+  if (hook_ == nullptr) {
+    services_.dialogs.MsgBox("La bibliothèque " + services_.program.Path + "/" + hook_library +
+                                 " ne peut pas être chargée:\r\n" + error,
+                             platform::vbSystemModal | platform::vbCritical, "Strokemind");
+    return false;
+  }
+  capture_.emplace(services_, Capture::Forms{sk_, menu_, actions_}, *hook_, dessin_, theme_, recherche_);
+  return true;
+}
+
+void Programme::connect() {
+  sk_.KeyDown = [this](int& code, int& shift) { capture_->Form_KeyDown(code, shift); };
+  sk_.KeyUp = [this](int& code, int& shift) { capture_->Form_KeyUp(code, shift); };
+  sk_.TimerInfo.Elapsed = [this] { recherche_.TimerInfo_Timer(); };
+  sk_.CloseRequest = [this] { quit(); };
+  ui::connect_fenetre(sk_, [this] { quit(); });
+  hook_->InitHook(sk_.hWnd);
+}
+
+void Programme::quit() {
+  if (unloading_) return;
+  unloading_ = true;
+  actions_.unload();
+  Form_Unload();
+}
+
+void Programme::Form_Unload() {
+  Mod_dessin::cacher_fenetre(services_.windows, sk_);
+  if (patrons_loaded_) profil_.ecrire_patrons();
+  actions_.unload();
+  menu_.unload();
+  Form_Terminate();
+  services_.events.End(0);
+}
+
+void Programme::Form_Terminate() {
+  if (hook_ != nullptr) hook_->EndHook();
+  hook_.reset();
+}

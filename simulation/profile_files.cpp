@@ -1,0 +1,29 @@
+#include "simulation/profile_files.h"
+
+namespace simulation {
+
+platform::ReadOutcome ProfileFiles::read(std::string_view file, std::string& bytes) {
+  if (unreadable) return platform::ReadOutcome::unreadable;
+  const auto found = files.find(file);
+  if (found == files.end()) return platform::ReadOutcome::missing;
+  bytes = found->second;
+  return platform::ReadOutcome::read;
+}
+
+bool ProfileFiles::replace(std::string_view file, std::string_view bytes) {
+  journal_.write("replace ", file);
+  if (journal_.fails("replace")) return false;
+  files[std::string(file)] = bytes;
+  unreadable = false;
+  return true;
+}
+
+bool ProfileFiles::set_aside(std::string_view file) {
+  journal_.write("set_aside ", file);
+  if (journal_.fails("set_aside")) return false;
+  const auto found = files.find(file);
+  if (found != files.end()) files[std::string(file) + ".ancien"] = found->second;
+  return true;
+}
+
+}  // namespace simulation
