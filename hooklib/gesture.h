@@ -1,0 +1,82 @@
+// What becomes of each press of the right button: the decisions of the hook, free of any server. Told what the devices
+// do and what the server holds back, it says what is to be done; every press that the server froze for us leads to
+// exactly one Release.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace hooklib {
+
+// A button of one device, as the device numbers it. Two mice have two left buttons.
+struct Contact {
+  std::uint16_t device;
+  std::uint32_t button;
+  bool operator==(const Contact&) const = default;
+};
+
+// How a frozen press is let go.
+enum class Release {
+  none,        // it is still ours, or there was none
+  hand_over,   // the application gets the press and all that followed, as if we had never been there
+  swallow,     // the application gets nothing, up to the moment the button comes up
+  as_stroke,   // as swallow, and the stroke is reported
+};
+
+// What is to be done now. The parts are done in this order.
+struct Step {
+  bool begin = false;    // start recording the pointer's way
+  bool end = false;      // stop recording and take the trail off the screen
+  Release release = Release::none;
+  bool operator==(const Step&) const = default;
+};
+
+class Gesture {
+ public:
+  // A device's button went down or came up, at this time of the server's clock. Always told before the server tells of
+  // the press that it froze, and also while it freezes.
+  Step button_down(Contact contact, std::uint32_t time_ms);
+  Step button_up(Contact contact, std::uint32_t time_ms);
+
+  // The server froze a press of the right button made at this time. `wanted` is false if the press is not for drawing:
+  // Ctrl is held, or drawing is stopped.
+  Step frozen_press(std::uint32_t time_ms, bool wanted);
+
+  // All that was recorded up to the release is there. `click` if it is too small for a stroke.
+  Step recorded(bool click);
+
+  // Ctrl went down: the press is the application's after all.
+  Step control();
+  // Drawing is stopped, or the hook goes: likewise.
+  Step stop();
+  // Escape went down: the drawing is dropped, the press too.
+  Step escape();
+  // A device was unplugged or switched off; the release of its buttons need not come any more.
+  Step device_gone(std::uint16_t device);
+
+  bool drawing() const { return state_ == State::drawing; }
+  // The button is up, but what was recorded is not all there yet.
+  bool finishing() const { return state_ == State::finishing; }
+  // Time of the release that ended the drawing; meaningful while finishing.
+  std::uint32_t release_time_ms() const { return release_time_ms_; }
+
+ private:
+  enum class State { idle, drawing, finishing };
+  struct Press {
+    Contact contact{};
+    std::uint32_t time_ms = 0;
+    bool down = false;
+  };
+
+  Step cancel(Release release);
+
+  State state_ = State::idle;
+  Contact drawn_with_{};
+  std::uint32_t release_time_ms_ = 0;
+  // The latest presses, so that a frozen one can be traced to its device: the server tells of it without.
+  std::array<Press, 16> presses_{};
+  std::size_t next_press_ = 0;
+};
+
+}  // namespace hooklib

@@ -1,0 +1,108 @@
+#include "hooklib/guard.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <string>
+
+#include "hooklib/guard_protocol.h"
+
+namespace hooklib {
+namespace {
+
+constexpr const char* guard_name = "strokemind-guard";
+// A guard that has not come up after this many milliseconds is given up.
+constexpr int start_limit_ms = 2000;
+
+// The guard's program, beside the library that this code is part of; empty if that cannot be told.
+std::string guard_path() {
+  Dl_info info{};
+  static const char anchor = 0;
+  if (dladdr(&anchor, &info) == 0 || info.dli_fname == nullptr) return {};
+  const std::string library = info.dli_fname;
+  const std::size_t slash = library.rfind('/');
+  return (slash == std::string::npos ? "./" : library.substr(0, slash + 1)) + guard_name;
+}
+
+// A plain copy of this process. Unlike fork() it sends no signal when it ends, and a program that waits for its own
+// children never meets it.
+pid_t silent_fork() { return static_cast<pid_t>(syscall(SYS_clone, 0L, nullptr, nullptr, nullptr, nullptr)); }
+
+// In the copy: only system calls from here on, since other threads may have held any lock when it was made.
+[[noreturn]] void become_guard(const char* path, int socket) {
+  // A stop or an interrupt from the terminal is meant for the program, and must not hit its guard.
+  setsid();
+  if (silent_fork() != 0) _exit(0);
+  if (socket == guard_descriptor) {
+    fcntl(socket, F_SETFD, 0);
+  } else {
+    dup2(socket, guard_descriptor);
+  }
+  const std::array<const char*, 2> arguments{guard_name, nullptr};
+  execv(path, const_cast<char* const*>(arguments.data()));
+  _exit(1);
+}
+
+bool receive(int socket, GuardMessage& message) {
+  return recv(socket, &message, sizeof message, MSG_DONTWAIT) == static_cast<ssize_t>(sizeof message);
+}
+
+void send_message(int socket, GuardMessage message) {
+  // A guard that is gone is noticed where its questions are read.
+  [[maybe_unused]] const ssize_t sent = send(socket, &message, sizeof message, MSG_DONTWAIT | MSG_NOSIGNAL);
+}
+
+bool becomes_ready(int socket) {
+  pollfd wait{socket, POLLIN, 0};
+  GuardMessage message{};
+  return poll(&wait, 1, start_limit_ms) > 0 && receive(socket, message) && message.kind == GuardMessage::Kind::ready;
+}
+
+}  // namespace
+
+Guard::~Guard() { stop(); }
+
+void Guard::stop() {
+  if (socket_ >= 0) close(socket_);
+  socket_ = -1;
+}
+
+void Guard::start() {
+  if (socket_ >= 0) return;
+  const std::string path = guard_path();
+  if (path.empty() || access(path.c_str(), X_OK) != 0) return;
+  std::array<int, 2> ends{};
+  if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) return;
+  const pid_t child = silent_fork();
+  if (child == 0) become_guard(path.c_str(), ends[1]);
+  close(ends[1]);
+  socket_ = ends[0];
+  // The copy in between is gone as soon as it has made the guard, which then belongs to nobody here.
+  while (child > 0 && waitpid(child, nullptr, __WCLONE) < 0 && errno == EINTR) continue;
+  if (child < 0 || !becomes_ready(socket_)) stop();
+}
+
+void Guard::watch(xcb_window_t resource) {
+  if (socket_ >= 0) send_message(socket_, {GuardMessage::Kind::watch, resource});
+}
+
+void Guard::answer(bool drawing) {
+  GuardMessage message{};
+  while (socket_ >= 0) {
+    const ssize_t size = recv(socket_, &message, sizeof message, MSG_DONTWAIT);
+    if (size == 0) stop();
+    if (size != static_cast<ssize_t>(sizeof message)) return;
+    if (message.kind == GuardMessage::Kind::ping) {
+      send_message(socket_, {GuardMessage::Kind::pong, drawing ? 1U : 0U});
+    }
+  }
+}
+
+}  // namespace hooklib

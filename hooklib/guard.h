@@ -1,0 +1,34 @@
+// While the hook holds a press, the server keeps every pointer event back until the hook lets go. A process that is
+// stopped, or hangs, never does. The guard is a process of its own that notices and cuts the hook's connection: the
+// server then frees the pointer, and the hook connects anew when it runs on.
+#pragma once
+
+#include <xcb/xcb.h>
+
+namespace hooklib {
+
+class Guard {
+ public:
+  Guard() = default;
+  // The guard process ends by itself when this goes, or this process dies.
+  ~Guard();
+  Guard(const Guard&) = delete;
+  Guard& operator=(const Guard&) = delete;
+
+  // Starts the guard process, if none runs, and waits until it watches. Without its program, which lies beside this
+  // library, there is no guard, and the hook works all the same.
+  void start();
+  // Has the connection that owns `resource` cut if the hook hangs from now on; with 0, none.
+  void watch(xcb_window_t resource);
+  // Answers what the guard has asked. `drawing`: it asks again, shortly, until the drawing is over.
+  void answer(bool drawing);
+  // Readable when the guard has asked; -1 if there is none.
+  int descriptor() const { return socket_; }
+
+ private:
+  void stop();
+
+  int socket_ = -1;
+};
+
+}  // namespace hooklib

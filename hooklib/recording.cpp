@@ -1,0 +1,74 @@
+#include "hooklib/recording.h"
+
+#include <xcb/xcbext.h>
+
+#include <cstddef>
+#include <cstring>
+
+namespace hooklib {
+namespace {
+
+// Kinds of reply in a recording, and the size of one event in it.
+constexpr std::uint8_t from_server = 0;
+constexpr std::uint8_t end_of_data = 5;
+constexpr std::size_t event_size = 32;
+
+void hand_on(const xcb_record_enable_context_reply_t& reply, const std::function<void(const Sample&)>& sink) {
+  const std::uint8_t* data = xcb_record_enable_context_data(&reply);
+  const auto length = static_cast<std::size_t>(xcb_record_enable_context_data_length(&reply));
+  for (std::size_t at = 0; at + event_size <= length; at += event_size) {
+    // Presses and releases carry the position at the same place as motion does.
+    xcb_motion_notify_event_t event;
+    static_assert(sizeof(event) == event_size);
+    std::memcpy(&event, data + at, event_size);
+    sink({static_cast<double>(event.root_x), static_cast<double>(event.root_y), event.time});
+  }
+}
+
+}  // namespace
+
+void Recording::begin() {
+  xcb_connection_t* data = display_.data.get();
+  while (open_) {
+    // A drawing was cancelled a moment ago, and the server was told to stop before it gave us the next press: the end
+    // of the old stream is on its way.
+    const Held<xcb_record_enable_context_reply_t> stale(xcb_record_enable_context_reply(data, {stream_}, nullptr));
+    open_ = stale && stale->category != end_of_data;
+  }
+  stream_ = xcb_record_enable_context_unchecked(data, display_.recording).sequence;
+  open_ = true;
+  finished_ = false;
+  xcb_flush(data);
+}
+
+void Recording::end() { xcb_record_disable_context(display_.control.get(), display_.recording); }
+
+void Recording::flush() {
+  xcb_connection_t* control = display_.control.get();
+  const Held<xcb_get_input_focus_reply_t> answer(
+      xcb_get_input_focus_reply(control, xcb_get_input_focus(control), nullptr));
+}
+
+bool Recording::take(const std::function<void(const Sample&)>& sink) {
+  xcb_connection_t* data = display_.data.get();
+  // Nothing is selected on this connection; asking for events is what reads its socket.
+  while (const Held<xcb_generic_event_t> stray{xcb_poll_for_event(data)}) continue;
+  bool any = false;
+  while (open_) {
+    void* answer = nullptr;
+    xcb_generic_error_t* error = nullptr;
+    if (xcb_poll_for_reply(data, stream_, &answer, &error) == 0) break;
+    const Held<xcb_generic_error_t> refused(error);
+    const Held<xcb_record_enable_context_reply_t> reply(static_cast<xcb_record_enable_context_reply_t*>(answer));
+    any = true;
+    if (!reply || reply->category == end_of_data) {
+      open_ = false;
+      finished_ = true;
+    } else if (reply->category == from_server) {
+      hand_on(*reply, sink);
+    }
+  }
+  return any;
+}
+
+}  // namespace hooklib

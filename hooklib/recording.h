@@ -1,0 +1,36 @@
+// The pointer's true way while the server withholds its events.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "hooklib/display.h"
+#include "hooklib/sampler.h"
+
+namespace hooklib {
+
+class Recording {
+ public:
+  // `display` must outlive this.
+  explicit Recording(Display& display) : display_(display) {}
+
+  // Starts afresh. What an earlier recording still has under way is dropped.
+  void begin();
+  // Asks the server to stop. What was recorded up to here comes first, then finished() is true.
+  void end();
+  // The server keeps what it records until it has reason to send it: this is one.
+  void flush();
+  // Takes what has come, without waiting, and hands each position of the pointer to `sink`. True if anything came.
+  bool take(const std::function<void(const Sample&)>& sink);
+
+  // All that was recorded between begin() and end() has been handed on.
+  bool finished() const { return finished_; }
+
+ private:
+  Display& display_;
+  unsigned int stream_ = 0;  // sequence number of the request whose replies the recording is; 0 if none runs
+  bool open_ = false;        // the server has not yet said that the stream is at its end
+  bool finished_ = false;
+};
+
+}  // namespace hooklib

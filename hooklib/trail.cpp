@@ -1,0 +1,189 @@
+#include "hooklib/trail.h"
+
+#include <xcb/shape.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace hooklib {
+namespace {
+
+// Pixels at 96 dpi.
+constexpr double trail_width = 3.0;
+constexpr std::uint16_t full_intensity = 0xffff;
+constexpr std::uint32_t blended_colour = 0xff00ff00;  // opaque green, as a 32-bit visual holds it
+constexpr std::uint8_t blended_depth = 32;
+// The server's work for one more segment grows with the shape it is added to; a window gets no more than these.
+constexpr std::size_t segments_per_window = 64;
+
+struct Span {
+  double low;
+  double high;
+  void include(double x) {
+    low = std::min(low, x);
+    high = std::max(high, x);
+  }
+};
+
+// Where the circle of `radius` around `centre` cuts the row `y`.
+void include_circle(Span& span, TrailPoint centre, double radius, double y) {
+  const double half = radius * radius - (y - centre.y) * (y - centre.y);
+  if (half < 0) return;
+  span.include(centre.x - std::sqrt(half));
+  span.include(centre.x + std::sqrt(half));
+}
+
+// Where the edge from `a` to `b` cuts the row `y`.
+void include_edge(Span& span, TrailPoint a, TrailPoint b, double y) {
+  if (a.y == b.y || y < std::min(a.y, b.y) || y > std::max(a.y, b.y)) return;
+  span.include(a.x + (b.x - a.x) * (y - a.y) / (b.y - a.y));
+}
+
+std::int16_t coordinate(double value) {
+  return static_cast<std::int16_t>(std::clamp(std::lround(value), -32768L, 32767L));
+}
+
+xcb_visualid_t visual_of_depth(const xcb_screen_t& screen, std::uint8_t wanted) {
+  for (auto depth = xcb_screen_allowed_depths_iterator(&screen); depth.rem > 0; xcb_depth_next(&depth)) {
+    if (depth.data->depth != wanted) continue;
+    for (auto visual = xcb_depth_visuals_iterator(depth.data); visual.rem > 0; xcb_visualtype_next(&visual)) {
+      if (visual.data->_class == XCB_VISUAL_CLASS_TRUE_COLOR) return visual.data->visual_id;
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+std::vector<xcb_rectangle_t> capsule(TrailPoint a, TrailPoint b, double radius) {
+  const double length = std::hypot(b.x - a.x, b.y - a.y);
+  const TrailPoint side = length > 0 ? TrailPoint{-(b.y - a.y) / length * radius, (b.x - a.x) / length * radius}
+                                     : TrailPoint{0, 0};
+  std::vector<xcb_rectangle_t> rows;
+  const auto bottom = static_cast<long>(std::floor(std::max(a.y, b.y) + radius));
+  for (auto y = static_cast<long>(std::ceil(std::min(a.y, b.y) - radius)); y <= bottom; ++y) {
+    const auto row = static_cast<double>(y);
+    // A capsule is convex: the outermost crossings bound the row.
+    Span span{HUGE_VAL, -HUGE_VAL};
+    include_circle(span, a, radius, row);
+    include_circle(span, b, radius, row);
+    include_edge(span, {a.x + side.x, a.y + side.y}, {b.x + side.x, b.y + side.y}, row);
+    include_edge(span, {a.x - side.x, a.y - side.y}, {b.x - side.x, b.y - side.y}, row);
+    const double low = std::ceil(span.low);
+    const double high = std::floor(span.high);
+    if (low > high) continue;
+    const std::int16_t x = coordinate(low);
+    const auto width = static_cast<std::uint16_t>(high - low + 1);
+    if (!rows.empty() && rows.back().x == x && rows.back().width == width && rows.back().y + rows.back().height == y) {
+      ++rows.back().height;
+    } else {
+      rows.push_back({x, coordinate(row), width, 1});
+    }
+  }
+  return rows;
+}
+
+Trail::Trail(Display& display) : display_(display) {
+  xcb_connection_t* control = display_.control.get();
+  const xcb_screen_t& screen = *display_.screen;
+  const auto asked = xcb_alloc_color(control, screen.default_colormap, 0, full_intensity, 0);
+  blended_visual_ = visual_of_depth(screen, blended_depth);
+  if (blended_visual_ != 0) {
+    blended_colours_ = xcb_generate_id(control);
+    xcb_create_colormap(control, XCB_COLORMAP_ALLOC_NONE, blended_colours_, screen.root, blended_visual_);
+  }
+  const Held<xcb_alloc_color_reply_t> colour(xcb_alloc_color_reply(control, asked, nullptr));
+  opaque_colour_ = colour ? colour->pixel : screen.white_pixel;
+}
+
+void Trail::begin(const Surroundings& surroundings, TrailPoint start) {
+  surroundings_ = surroundings;
+  last_ = start;
+}
+
+void Trail::extend(const std::vector<TrailPoint>& points) {
+  if (points.empty()) return;
+  if (surroundings_.composited && blended_visual_ != 0) {
+    extend_blended(points);
+  } else {
+    extend_shaped(points);
+  }
+  last_ = points.back();
+}
+
+void Trail::extend_blended(const std::vector<TrailPoint>& points) {
+  if (window_ == 0) open_blended();
+  std::vector<xcb_point_t> line{{coordinate(last_.x), coordinate(last_.y)}};
+  for (const TrailPoint& point : points) line.push_back({coordinate(point.x), coordinate(point.y)});
+  xcb_poly_line(display_.control.get(), XCB_COORD_MODE_ORIGIN, window_, pen_, static_cast<std::uint32_t>(line.size()),
+                line.data());
+}
+
+void Trail::extend_shaped(const std::vector<TrailPoint>& points) {
+  xcb_connection_t* control = display_.control.get();
+  TrailPoint from = last_;
+  for (const TrailPoint& to : points) {
+    if (window_ == 0) open_shaped();
+    const auto rows = capsule(from, to, trail_width / 2 * surroundings_.density);
+    xcb_shape_rectangles(control, XCB_SHAPE_SO_UNION, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_Y_SORTED, window_, 0, 0,
+                         static_cast<std::uint32_t>(rows.size()), rows.data());
+    from = to;
+    if (++segments_ == segments_per_window) {
+      finished_.push_back(window_);
+      window_ = 0;
+    }
+  }
+}
+
+void Trail::open_blended() {
+  xcb_connection_t* control = display_.control.get();
+  const std::uint32_t values[] = {0, 0, 1, blended_colours_};
+  window_ = open_window(blended_depth, blended_visual_,
+                        XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP, values);
+  pen_ = xcb_generate_id(control);
+  const auto width = static_cast<std::uint32_t>(std::max(1L, std::lround(trail_width * surroundings_.density)));
+  const std::uint32_t pen[] = {blended_colour, width, XCB_CAP_STYLE_ROUND, XCB_JOIN_STYLE_ROUND};
+  xcb_create_gc(control, pen_, window_,
+                XCB_GC_FOREGROUND | XCB_GC_LINE_WIDTH | XCB_GC_CAP_STYLE | XCB_GC_JOIN_STYLE, pen);
+  xcb_map_window(control, window_);
+}
+
+void Trail::open_shaped() {
+  const std::uint32_t values[] = {opaque_colour_, 1};
+  window_ = open_window(XCB_COPY_FROM_PARENT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT,
+                        values);
+  clear_shape(window_, XCB_SHAPE_SK_BOUNDING);
+  segments_ = 0;
+  xcb_map_window(display_.control.get(), window_);
+}
+
+xcb_window_t Trail::open_window(std::uint8_t depth, xcb_visualid_t visual, std::uint32_t mask,
+                                const std::uint32_t* values) {
+  xcb_connection_t* control = display_.control.get();
+  const xcb_window_t window = xcb_generate_id(control);
+  xcb_create_window(control, depth, window, display_.screen->root, 0, 0, surroundings_.width, surroundings_.height, 0,
+                    XCB_WINDOW_CLASS_INPUT_OUTPUT, visual, mask, values);
+  clear_shape(window, XCB_SHAPE_SK_INPUT);
+  return window;
+}
+
+void Trail::clear_shape(xcb_window_t window, std::uint8_t kind) {
+  xcb_shape_rectangles(display_.control.get(), XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_UNSORTED, window, 0, 0, 0,
+                       nullptr);
+}
+
+void Trail::end() {
+  xcb_connection_t* control = display_.control.get();
+  if (pen_ != 0) {
+    // A compositing manager may fade the window out: let it fade what cannot be seen.
+    xcb_clear_area(control, 0, window_, 0, 0, 0, 0);
+    xcb_free_gc(control, pen_);
+    pen_ = 0;
+  }
+  for (const xcb_window_t window : finished_) xcb_destroy_window(control, window);
+  finished_.clear();
+  if (window_ != 0) xcb_destroy_window(control, window_);
+  window_ = 0;
+}
+
+}  // namespace hooklib

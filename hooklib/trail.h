@@ -1,0 +1,55 @@
+// The stroke on the screen while it is drawn. It takes no input, and nothing of it stays.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "hooklib/display.h"
+#include "hooklib/surroundings.h"
+
+namespace hooklib {
+
+// A point of the trail in screen pixels.
+struct TrailPoint {
+  double x;
+  double y;
+  bool operator==(const TrailPoint&) const = default;
+};
+
+// The pixels whose centres lie within `radius` of the line from `a` to `b`, as few rectangles as rows allow.
+std::vector<xcb_rectangle_t> capsule(TrailPoint a, TrailPoint b, double radius);
+
+class Trail {
+ public:
+  // `display` must outlive this.
+  explicit Trail(Display& display);
+
+  // Starts a trail at this point; nothing is shown yet.
+  void begin(const Surroundings& surroundings, TrailPoint start);
+  // Draws on to these points.
+  void extend(const std::vector<TrailPoint>& points);
+  // Takes it off the screen.
+  void end();
+
+ private:
+  void extend_blended(const std::vector<TrailPoint>& points);
+  void extend_shaped(const std::vector<TrailPoint>& points);
+  void open_blended();
+  void open_shaped();
+  xcb_window_t open_window(std::uint8_t depth, xcb_visualid_t visual, std::uint32_t mask, const std::uint32_t* values);
+  void clear_shape(xcb_window_t window, std::uint8_t kind);
+
+  Display& display_;
+  xcb_visualid_t blended_visual_ = 0;  // 0 if the screen has none
+  xcb_colormap_t blended_colours_ = 0;
+  std::uint32_t opaque_colour_ = 0;  // the trail's colour on the root's visual
+  Surroundings surroundings_;
+  TrailPoint last_{};
+  xcb_window_t window_ = 0;  // the one being drawn on; 0 if none is shown
+  xcb_gcontext_t pen_ = 0;
+  std::size_t segments_ = 0;            // on `window_`
+  std::vector<xcb_window_t> finished_;  // windows that are full
+};
+
+}  // namespace hooklib
