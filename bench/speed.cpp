@@ -25,7 +25,7 @@ std::vector<hooklib::Sample> spiral(std::size_t count, double turns) {
 
 void SampleStroke(benchmark::State& state) {
   const auto events = spiral(static_cast<std::size_t>(state.range(0)), 3);
-  for (auto _ : state) benchmark::DoNotOptimize(hooklib::sample_stroke(events, hooklib::normal_density));
+  while (state.KeepRunning()) benchmark::DoNotOptimize(hooklib::sample_stroke(events, hooklib::normal_density));
 }
 BENCHMARK(SampleStroke)->Arg(60)->Arg(1000)->Arg(hooklib::Recorder::capacity);
 
@@ -51,7 +51,7 @@ void Verdict(benchmark::State& state) {
       dessin.dessin_y[i] = static_cast<float>(patron.Y.values[i]);
     }
   }
-  for (auto _ : state) benchmark::DoNotOptimize(Mod_dessin::verdict(dessin, table, Mod_dessin::table_capacity));
+  while (state.KeepRunning()) benchmark::DoNotOptimize(Mod_dessin::verdict(dessin, table, Mod_dessin::table_capacity));
 }
 BENCHMARK(Verdict)->Arg(hooklib::stroke_points)->Arg(hook_max_points);
 
