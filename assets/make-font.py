@@ -12,6 +12,7 @@ Needs python3-fontforge and fonts-ocr-a. The result does not depend on the day i
 """
 
 import os
+import struct
 import sys
 
 # FontForge stamps the file with this moment (seconds since 1970) in place of now: 1 January 2024, 00:00 UTC.
@@ -332,6 +333,32 @@ def set_metrics(font):
     font.os2_vendor = "PfEd"
 
 
+def allow_bold(path):
+    """Takes the fixed-pitch mark off the file, where FontForge has set it.
+
+    Qt does not embolden a face that bears it, and the title is bold. Whoever wants to know still finds that all advances
+    are equal.
+    """
+    with open(path, "rb") as file:
+        data = bytearray(file.read())
+    entries = {}
+    for at in range(12, 12 + 16 * struct.unpack_from(">H", data, 4)[0], 16):
+        entries[bytes(data[at : at + 4])] = at
+    post, head = (struct.unpack_from(">I", data, entries[tag] + 8)[0] for tag in (b"post", b"head"))
+    struct.pack_into(">I", data, post + 12, 0)
+
+    def checksum(start, length):
+        padded = bytes(data[start : start + length]) + b"\0" * (-length % 4)
+        return sum(struct.unpack(f">{len(padded) // 4}I", padded)) & 0xFFFFFFFF
+
+    length = struct.unpack_from(">I", data, entries[b"post"] + 12)[0]
+    struct.pack_into(">I", data, entries[b"post"] + 4, checksum(post, length))
+    struct.pack_into(">I", data, head + 8, 0)
+    struct.pack_into(">I", data, head + 8, (0xB1B0AFBA - checksum(0, len(data))) & 0xFFFFFFFF)
+    with open(path, "wb") as file:
+        file.write(data)
+
+
 def main():
     source = sys.argv[1] if len(sys.argv) > 1 else SOURCE
     output = sys.argv[2] if len(sys.argv) > 2 else OUTPUT
@@ -362,6 +389,7 @@ def main():
         glyph.width = round(ADVANCE * SCALE)
     name_font(font)
     font.generate(output, flags=("opentype", "no-FFTM-table", "short-post"))
+    allow_bold(output)
 
 
 main()

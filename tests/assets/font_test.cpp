@@ -64,7 +64,7 @@ class truetype {
   int descent() const { return s16(table("hhea") + 6); }
   int windows_ascent() const { return u16(table("OS/2") + 74); }
   int windows_descent() const { return u16(table("OS/2") + 76); }
-  bool monospaced() const { return u32(table("post") + 12) != 0; }
+  bool marked_as_fixed_pitch() const { return u32(table("post") + 12) != 0; }
 
   // All Windows-platform values of one entry of the name table, as ASCII.
   std::set<std::string> name(int id) const {
@@ -144,7 +144,6 @@ TEST(Font, BearsTheNameTheFormsAskFor) {
 
 TEST(Font, ShowsEveryCharacterOfTheCodePageWithoutClipping) {
   const truetype font(FONT_FILE);
-  EXPECT_TRUE(font.monospaced());
   EXPECT_EQ(font.ascent(), font.windows_ascent());
   EXPECT_EQ(-font.descent(), font.windows_descent());
   const int width = font.advance(font.glyph('M'));
@@ -159,6 +158,11 @@ TEST(Font, ShowsEveryCharacterOfTheCodePageWithoutClipping) {
     EXPECT_LE(font.top(glyph), font.ascent());
     EXPECT_GE(font.bottom(glyph), font.descent());
   }
+}
+
+TEST(Font, CanBeEmboldened) {
+  // Qt draws no bold for a face that bears this mark, and the title is bold.
+  EXPECT_FALSE(truetype(FONT_FILE).marked_as_fixed_pitch());
 }
 
 TEST(Font, TellsAccentedLettersFromPlainOnesAndFromEachOther) {
