@@ -35,6 +35,7 @@ void Programme::start() {
 
 void Programme::Form_Load() {
   Mod_dessin::charger_police(services_, sk_);
+  if (unloading_) return;  // asked to go while a box was open
   if (!load_hook()) return services_.events.End(1);
   connect();
 
