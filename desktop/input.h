@@ -9,7 +9,8 @@
 
 namespace desktop {
 
-// Has a connection of its own to $DISPLAY; where there is none, every call does nothing. All calls come from one thread.
+// Has a connection of its own to $DISPLAY; where there is none, every call does nothing. All calls come from one
+// thread.
 //
 // Keys are looked up in the layout that is in force at the moment of the call. What stands only on another group of it
 // is typed with that group locked for the stroke, so that Ctrl+C means Ctrl+C to every toolkit under a Cyrillic layout;

@@ -6,9 +6,9 @@
 //   ( )            a group: +(EC) holds Shift for E and C alike. Groups may be nested: +(a^(bc)d)
 //   ~              Enter, as are CR LF, LF and CR; the character TAB is the Tab key
 //   [ ]            type themselves, within braces and without
-//   {NAME}         a named key, in either case: BACKSPACE BKSP BS, BREAK, CAPSLOCK, CLEAR, DELETE DEL, DOWN, END, ENTER,
-//                  ESC ESCAPE, HELP, HOME, INSERT INS, LEFT, NUMLOCK, PGDN, PGUP, PRTSC, RIGHT, SCROLLLOCK, TAB, UP,
-//                  F1 to F16, and of the number pad ADD, SUBTRACT, MULTIPLY, DIVIDE
+//   {NAME}         a named key, in either case: BACKSPACE BKSP BS, BREAK, CAPSLOCK, CLEAR, DELETE DEL, DOWN, END,
+//                  ENTER, ESC ESCAPE, HELP, HOME, INSERT INS, LEFT, NUMLOCK, PGDN, PGUP, PRTSC, RIGHT, SCROLLLOCK,
+//                  TAB, UP, F1 to F16, and of the number pad ADD, SUBTRACT, MULTIPLY, DIVIDE
 //   {x}            the character x, also where it has a meaning of its own: {+} {^} {%} {~} {(} {)} {{} {}} {[} {]}
 //   {U+6F22}       the character of that code point, 1 to 6 hexadecimal digits, for texts kept in a narrower code page
 //   {key n}        key, in any of the three forms above, n times: {LEFT 42}, {h 10}. n is decimal and at least 1
