@@ -1,0 +1,92 @@
+// The window of one form: a frameless widget, the widgets of its controls, and its timers.
+#pragma once
+
+#include <QKeyEvent>
+#include <QRect>
+#include <QTimer>
+#include <memory>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "desktop/surface_widget.h"
+#include "desktop/x11.h"
+
+namespace desktop {
+
+class FormWindow final : public QObject, public platform::FormHost {
+ public:
+  // Makes the window, hidden, and sets the form's `hWnd` and `host`; its timers start. A windowless form has its timers
+  // alone.
+  FormWindow(platform::Form& form, DesktopEvents& events, const X11& x11);
+  // Does not look at the form, which may be gone.
+  ~FormWindow() override;
+
+  // Lets go of the form: takes the window off the screen and stops the timers. The object itself may be deleted only
+  // when no handler of the form is running any more.
+  void unload();
+
+  const platform::Form& form() const { return form_; }
+  // Null for a windowless form.
+  QWidget* widget() const { return top_; }
+
+  // Maps the window and returns when it is painted on the screen, or cannot come to be (a second at most). The program
+  // is not called meanwhile.
+  void show();
+  void hide();
+  bool on_screen() const;
+  // Kept in front of other windows, now and whenever it is shown again.
+  void set_topmost(bool topmost);
+  // Place and size in pixels of the screen.
+  void move_to(int x, int y);
+  void resize_to(int width, int height);
+  // Starts a move that the window manager carries on until the button is released.
+  void move_by_user();
+  void release_capture();
+  // What the hook library, or the keyboard, reports.
+  void key(bool down, int code, int shift);
+
+  void repaint(platform::Control* control) override;
+  void refresh(platform::Control* control) override;
+  void timer_changed(platform::Timer& timer) override;
+  void ensure_visible(platform::ListView& list, int row) override;
+  void set_focus(platform::Control& control) override;
+
+ protected:
+  // What arrives at the window as a whole, before it goes on to a widget.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  struct Child {
+    QWidget* widget;
+    Mirror* mirror;
+  };
+
+  void make_window();
+  SurfaceWidget* holder(platform::Control& control) const;
+  bool within_sight(platform::Control& control) const;
+  Child make_child(platform::Control& control);
+  void restack(const platform::Surface& surface);
+  void sync(platform::Control& control);
+  void sync_form();
+  void adopt_place();
+  void settle(bool exposed);
+  void tick(platform::Timer& timer);
+  bool key_pressed(QKeyEvent& event);
+  platform::KeyPressHandler* key_press_handler() const;
+
+  platform::Form& form_;
+  DesktopEvents& events_;
+  const X11& x11_;
+  const std::shared_ptr<FormLink> link_;
+  std::unique_ptr<SurfaceWidget> owned_;
+  SurfaceWidget* top_ = nullptr;
+  std::unordered_map<const platform::Control*, Child> children_;
+  std::unordered_map<const platform::Control*, QRect> painted_;  // where each painted control was last
+  std::unordered_map<const platform::Timer*, std::unique_ptr<QTimer>> timers_;
+  std::unordered_set<const platform::Timer*> late_;  // timers whose time came while the program could not be called
+  QRect placed_;                                     // where the program has put the window, toolkit pixels
+  platform::Picture icon_;
+  bool topmost_ = false;
+};
+
+}  // namespace desktop

@@ -1,0 +1,23 @@
+#include "desktop/icons.h"
+
+#include <QFile>
+static void register_pictures() {
+  Q_INIT_RESOURCE(strokemind_icons);
+}
+
+namespace desktop {
+
+QIcon icon_of(const platform::Picture& picture) {
+  if (picture.handle == 0) return {};
+  // Linked from a static library, the pictures do not register themselves.
+  register_pictures();
+  QIcon icon;
+  for (const int size : {16, 22, 24, 32, 48, 64, 128}) {
+    const QString path =
+        QStringLiteral(":/icons/strokemind-%1-%2.png").arg(QString::fromStdString(picture.resource)).arg(size);
+    if (QFile::exists(path)) icon.addFile(path, {size, size});
+  }
+  return icon;
+}
+
+}  // namespace desktop

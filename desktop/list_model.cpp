@@ -1,0 +1,62 @@
+#include "desktop/list_model.h"
+
+#include <QImage>
+#include <QPixmap>
+
+#include "desktop/icons.h"
+
+namespace desktop {
+
+void ListModel::reload() {
+  beginResetModel();
+  rows_ = list_.Count();
+  endResetModel();
+}
+
+int ListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : rows_;
+}
+
+int ListModel::columnCount(const QModelIndex& parent) const {
+  constexpr int columns = 3;
+  return parent.isValid() ? 0 : columns;
+}
+
+QIcon ListModel::icon(const platform::IconReference& reference, const platform::ImageList* images) const {
+  if (images == nullptr) return {};
+  const platform::ListImage* image = reference.key.empty() ? (*images)(reference.number) : (*images)(reference.key);
+  if (image == nullptr) return {};
+  if (image->pixels == nullptr) return icon_of(image->picture);
+  const platform::Canvas& canvas = *image->pixels;
+  QImage pixels(reinterpret_cast<const uchar*>(canvas.pixels().data()), canvas.width(), canvas.height(),
+                canvas.width() * 4, QImage::Format_ARGB32);
+  pixels.setDevicePixelRatio(canvas.density());
+  QIcon result;
+  // The selected row shows the same picture, not one in the colours of the selection.
+  for (const auto mode : {QIcon::Normal, QIcon::Selected}) result.addPixmap(QPixmap::fromImage(pixels.copy()), mode);
+  return result;
+}
+
+QVariant ListModel::data(const QModelIndex& index, int role) const {
+  // Between a change of the rows and the next reload the views may still ask for what has gone.
+  if (link_->form == nullptr || !index.isValid() || index.row() >= list_.Count()) return {};
+  platform::ListItem& row = list_.row(index.row() + 1);
+  switch (role) {
+    case Qt::DisplayRole:
+    case Qt::AccessibleTextRole:
+      return QString::fromStdString(index.column() == 0 ? row.Text : row.SubItems(index.column()));
+    case Qt::DecorationRole:
+      if (index.column() != 0) return {};
+      return list_.View == platform::view_icon ? icon(row.Icon, list_.Icons) : icon(row.SmallIcon, list_.SmallIcons);
+    default:
+      return {};
+  }
+}
+
+QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (link_->form == nullptr || orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  if (section >= static_cast<int>(list_.ColumnHeaders.size())) return {};
+  return QString::fromStdString(list_.ColumnHeaders[static_cast<std::size_t>(section)].Text);
+}
+
+}  // namespace desktop

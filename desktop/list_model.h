@@ -1,0 +1,32 @@
+// The rows of a list view, as the toolkit's views ask for them.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QIcon>
+#include <memory>
+
+#include "desktop/form_link.h"
+
+namespace desktop {
+
+class ListModel final : public QAbstractTableModel {
+ public:
+  ListModel(std::shared_ptr<FormLink> link, platform::ListView& list) : link_(std::move(link)), list_(list) {}
+
+  // Takes over what the list's rows and images are now. The views forget their selection.
+  void reload();
+
+  int rowCount(const QModelIndex& parent) const override;
+  int columnCount(const QModelIndex& parent) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  QIcon icon(const platform::IconReference& reference, const platform::ImageList* images) const;
+
+  std::shared_ptr<FormLink> link_;
+  platform::ListView& list_;
+  int rows_ = 0;
+};
+
+}  // namespace desktop

@@ -1,0 +1,53 @@
+#include "desktop/surface_widget.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <utility>
+
+#include "desktop/painting.h"
+#include "desktop/style.h"
+
+namespace desktop {
+
+SurfaceWidget::SurfaceWidget(std::shared_ptr<FormLink> link, platform::Surface& surface, platform::PictureBox* box,
+                             QWidget* parent)
+    : QWidget(parent), link_(std::move(link)), surface_(surface), box_(box), mouse_(link_, *this, box, &surface) {
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setMouseTracking(true);
+}
+
+void SurfaceWidget::paintEvent(QPaintEvent* event) {
+  QPainter painter(this);
+  if (link_->form == nullptr) {
+    painter.fillRect(event->rect(), Qt::black);
+    return;
+  }
+  painter.fillRect(event->rect(), colour(box_ != nullptr ? box_->BackColor : link_->form->BackColor));
+  if (box_ != nullptr) paint_canvas(painter, box_->canvas);
+  for (const platform::Control* child : surface_.children) {
+    if (child->Visible && event->rect().intersects(painted_area(*child))) paint_control(painter, *child);
+  }
+}
+
+void SurfaceWidget::mousePressEvent(QMouseEvent* event) {
+  mouse_.handle(*event);
+}
+
+void SurfaceWidget::mouseReleaseEvent(QMouseEvent* event) {
+  mouse_.handle(*event);
+}
+
+void SurfaceWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+  mouse_.handle(*event);
+}
+
+void SurfaceWidget::mouseMoveEvent(QMouseEvent* event) {
+  if (event->buttons() == Qt::NoButton && link_->serving()) {
+    const platform::Label* label = label_at(surface_, event->position().toPoint());
+    const auto shape = label != nullptr && label->hand_pointer ? Qt::PointingHandCursor : Qt::ArrowCursor;
+    if (cursor().shape() != shape) setCursor(shape);
+  }
+  mouse_.handle(*event);
+}
+
+}  // namespace desktop
