@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdint>
 #include <random>
+
+#include "bench/plain_verdict.h"
 
 namespace {
 
@@ -70,35 +71,6 @@ TEST(Verdict, WhoTakesPart) {
   EXPECT_EQ(verdict(empty, table, 4).score, meilleur_depart);
 }
 
-// The definition as it reads, with nothing saved.
-Verdict plain(const Dessin& dessin, const Table& table, int bound) {
-  Verdict best;
-  if (dessin.dessin_nb == 0) return best;
-  for (int s = 0; s < bound; ++s) {
-    const Patron& p = table.patrons[static_cast<std::size_t>(s)];
-    if (p.Ind < 2) continue;
-    std::vector<std::int32_t> px, py;
-    for (std::size_t k = 0; k < static_cast<std::size_t>(p.Ind); ++k) {
-      px.push_back(static_cast<std::int32_t>(std::nearbyint(p.X.values[k])));
-      py.push_back(static_cast<std::int32_t>(std::nearbyint(p.Y.values[k])));
-    }
-    const auto ox = static_cast<float>(static_cast<double>(px[0]) - dessin.dessin_x[0]);
-    const auto oy = static_cast<float>(static_cast<double>(py[0]) - dessin.dessin_y[0]);
-    const int m = p.Ind - 1;
-    double sum = 0;
-    for (int k = 1; k <= m; ++k) {
-      const auto i = static_cast<std::size_t>(
-          std::nearbyint(static_cast<double>(k) / static_cast<double>(m) * static_cast<double>(dessin.dessin_nb)));
-      const double ex = static_cast<double>(px[static_cast<std::size_t>(k)]) - dessin.dessin_x[i] - ox;
-      const double ey = static_cast<double>(py[static_cast<std::size_t>(k)]) - dessin.dessin_y[i] - oy;
-      sum += std::sqrt(ex * ex + ey * ey);
-    }
-    const auto score = static_cast<float>(sum / m);
-    if (best.score > score) best = {p.Nom, score};
-  }
-  return best;
-}
-
 TEST(Verdict, EqualsTheDefinitionToTheLastBit) {
   std::mt19937 random(7);
   const auto number = [&](int low, int high) { return std::uniform_int_distribution(low, high)(random); };
@@ -117,7 +89,7 @@ TEST(Verdict, EqualsTheDefinitionToTheLastBit) {
       dessin.dessin_x[k] = static_cast<float>(number(0, 64000)) / 1000.0F;
       dessin.dessin_y[k] = static_cast<float>(number(0, 48000)) / 1000.0F;
     }
-    const Verdict expected = plain(dessin, table, bound);
+    const Verdict expected = plain_verdict(dessin, table, bound);
     const Verdict found = verdict(dessin, table, bound);
     ASSERT_EQ(found.nom, expected.nom) << "round " << round;
     ASSERT_EQ(found.score, expected.score) << "round " << round;
