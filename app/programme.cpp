@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "effects/coloriser.h"
 #include "forms/mod_fenetre.h"
 #include "store/liste.h"
 #include "ui/fenetre.h"
@@ -40,6 +41,7 @@ void Programme::Form_Load() {
   connect();
 
   theme_.couleur_theme = couleur_depart;
+  coloriser(sk_, theme_, theme_.couleur_theme);
   if (const auto left = profil_.position("X")) sk_.Left = *left;
   if (const auto top = profil_.position("Y")) sk_.Top = *top;
   sk_.Width = largeur;

@@ -26,6 +26,9 @@ class Canvas {
   // `colour` has red in the low byte.
   void dot(double x, double y, int diameter, std::int32_t colour);
 
+  // A filled box between two corners, given as parts of the whole canvas from 0 to 1, both corner pixels included.
+  void box(double x1, double y1, double x2, double y2, std::int32_t colour);
+
   bool operator==(const Canvas&) const = default;
 
  private:

@@ -50,6 +50,21 @@ void PictureBox::PSet(double x, double y, std::int32_t colour) {
   changed();
 }
 
+void PictureBox::Box(double x1, double y1, double x2, double y2, std::int32_t colour) {
+  const double width = ScaleWidth();
+  const double height = ScaleHeight();
+  canvas.box(x1 / width, y1 / height, x2 / width, y2 / height, colour);
+  changed();
+}
+
+float PictureBox::ScaleWidth() const {
+  return scale_width_.value_or(ScaleMode == scale_pixels ? Width / twips_per_pixel : Width.get());
+}
+
+float PictureBox::ScaleHeight() const {
+  return scale_height_.value_or(ScaleMode == scale_pixels ? Height / twips_per_pixel : Height.get());
+}
+
 void TextBox::SetFocus() {
   if (FormHost* host = form().host) host->set_focus(*this);
 }

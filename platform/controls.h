@@ -129,6 +129,11 @@ inline constexpr int border_dotted = 3;
 inline constexpr int scale_twips = 1;
 inline constexpr int scale_pixels = 3;
 
+// Values of DrawStyle and DrawMode.
+inline constexpr int draw_solid = 0;
+inline constexpr int draw_inside_solid = 6;
+inline constexpr int copy_pen = 13;
+
 enum class Alignment { left, right, centre };
 
 class Control : public Component {
@@ -242,12 +247,27 @@ class PictureBox : public Control, public Surface {
   void PSet(double x, double y);
   void PSet(double x, double y, std::int32_t colour);
 
+  // A filled box between two corners in the units of ScaleWidth and ScaleHeight, both included.
+  void Box(double x1, double y1, double x2, double y2, std::int32_t colour);
+
+  // How many units the box is wide and high: by ScaleMode twips or pixels, unless set otherwise.
+  float ScaleWidth() const;
+  float ScaleHeight() const;
+  void ScaleWidth(float units) { scale_width_ = units; }
+  void ScaleHeight(float units) { scale_height_ = units; }
+
   Property<std::int32_t> ForeColor{*this, 0};
   Property<std::int32_t> BackColor{*this, 0};
   Property<platform::Font> Font{*this, {}};
   Property<int> ScaleMode{*this, scale_twips};
   int DrawWidth = 1;  // pixels
+  int DrawStyle = draw_solid;
+  int DrawMode = copy_pen;
+  bool AutoRedraw = false;
   Canvas canvas;      // what has been drawn; where it is empty BackColor shows
+
+ private:
+  std::optional<float> scale_width_, scale_height_;
 };
 
 class TextBox : public Control {
