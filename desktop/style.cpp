@@ -21,9 +21,9 @@ QColor colour(std::int32_t value) {
 QFont face(const platform::Font& font) {
   constexpr float pixels_per_point = 96.0F / 72.0F;
   QFont result;
-  // The first of these that exists is taken; those behind the wanted one are narrow enough for the design's labels.
+  // The first of these that exists is taken; those behind the wanted one are small enough for the design's labels.
   result.setFamilies({QString::fromStdString(font.Name), QStringLiteral("Liberation Sans"), QStringLiteral("Arial"),
-                      QStringLiteral("Nimbus Sans"), QStringLiteral("DejaVu Sans")});
+                      QStringLiteral("DejaVu Sans")});
   result.setStyleHint(QFont::SansSerif);
   result.setPixelSize(std::max(1, static_cast<int>(std::lround(font.Size * pixels_per_point))));
   result.setBold(font.Bold);

@@ -1,0 +1,102 @@
+#include "tests/desktop/stage.h"
+
+#include <X11/Xatom.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <stdexcept>
+
+using test_support::eventually;
+
+platform::Rectangle twips(int left, int top, int width, int height) {
+  const auto unit = [](int pixels) { return static_cast<float>(pixels) * platform::twips_per_pixel; };
+  return {unit(left), unit(top), unit(width), unit(height)};
+}
+
+TestForm::TestForm(std::string name) : Form(std::move(name), width * 15.0F, height * 15.0F) {
+  Left = left * 15.0F;
+  Top = top * 15.0F;
+}
+
+Stage::Stage(const With& with) {
+  if (!server.ok()) throw std::runtime_error("no X server");
+  server.make_current();
+  for (const char* name : {"WAYLAND_DISPLAY", "XDG_SESSION_TYPE"}) unsetenv(name);
+  setenv("QT_SCALE_FACTOR", with.scale.c_str(), 1);
+  if (with.window_manager) window_manager = start_window_manager(server);
+  if (with.compositor) compositor = start_compositor(server);
+  if (with.window_manager != window_manager.running() || with.compositor != compositor.running()) {
+    throw std::runtime_error("no window manager or no compositor");
+  }
+  display = XOpenDisplay(nullptr);
+  user.emplace(server);
+  user->move_to(1900, 1000);  // out of the way
+  static char name[] = "desktop_test";
+  static char* arguments[] = {name, nullptr};
+  desktop.emplace(1, arguments);
+}
+
+Stage::~Stage() {
+  desktop.reset();
+  user.reset();
+  if (display != nullptr) XCloseDisplay(display);
+}
+
+bool Stage::until(const std::function<bool()>& condition) {
+  return eventually([&] {
+    services().events.DoEvents();
+    return condition();
+  });
+}
+
+void Stage::settle(platform::Form& form) {
+  // A report comes behind all input that the server has sent before it.
+  bool seen = false;
+  const auto handler = form.KeyDown;
+  form.KeyDown = [&](int& code, int& shift) {
+    if (code == -1) {
+      seen = true;
+    } else if (handler) {
+      handler(code, shift);
+    }
+  };
+  send(form.hWnd, form.hWnd, hook_report_atom, {hook_key_down, -1});
+  if (!until([&] { return seen; })) throw std::runtime_error("events are not served");
+  form.KeyDown = handler;
+}
+
+void Stage::show(platform::Form& form) {
+  if (!services().windows.load(form)) throw std::runtime_error("no window");
+  services().windows.Show(form);
+  settle(form);
+}
+
+std::vector<unsigned long> Stage::property(Window window, const char* name) const {
+  Atom type = None;
+  int format = 0;
+  unsigned long count = 0;
+  unsigned long left = 0;
+  unsigned char* value = nullptr;
+  XGetWindowProperty(display, window, atom(name), 0, 64, False, AnyPropertyType, &type, &format, &count, &left, &value);
+  const auto* items = reinterpret_cast<unsigned long*>(value);
+  std::vector<unsigned long> result;
+  if (format == 32) result.assign(items, items + count);
+  if (value != nullptr) XFree(value);
+  return result;
+}
+
+bool Stage::has_state(Window window, const char* state) const {
+  const auto states = property(window, "_NET_WM_STATE");
+  return std::find(states.begin(), states.end(), atom(state)) != states.end();
+}
+
+void Stage::send(Window to, Window about, const char* type, const std::vector<long>& data) const {
+  XEvent event{};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = about;
+  event.xclient.message_type = atom(type);
+  event.xclient.format = 32;
+  for (std::size_t i = 0; i < data.size(); ++i) event.xclient.data.l[i] = data[i];
+  XSendEvent(display, to, False, to == about ? NoEventMask : SubstructureRedirectMask | SubstructureNotifyMask, &event);
+  XSync(display, False);
+}
