@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QWindow>
 #include <utility>
 
@@ -127,6 +128,7 @@ void FormWindow::sync(Control& control) {
 }
 
 void FormWindow::sync_form() {
+  if (adopting_) return;
   const QRect wanted(pixels(form_.Left), pixels(form_.Top), pixels(form_.Width), pixels(form_.Height));
   if (placed_.size() != wanted.size()) {
     placed_.setSize(wanted.size());
@@ -153,6 +155,7 @@ void FormWindow::sync_form() {
 void FormWindow::adopt_place() {
   // While the program moves the window after the pointer, what the display tells is where it was some moves ago.
   if (!link_->serving() || link_->pressed || !top_->isVisible() || top_->pos() == placed_.topLeft()) return;
+  const QScopedValueRollback guard(adopting_, true);
   placed_.moveTo(top_->pos());
   form_.Left = static_cast<float>(placed_.left()) * platform::twips_per_pixel;
   form_.Top = static_cast<float>(placed_.top()) * platform::twips_per_pixel;

@@ -87,6 +87,7 @@ class FormWindow final : public QObject, public platform::FormHost {
   QRect placed_;                                     // where the program has put the window, toolkit pixels
   platform::Picture icon_;
   bool topmost_ = false;
+  bool adopting_ = false;  // the form's place follows the window, not the other way round
 };
 
 }  // namespace desktop

@@ -103,6 +103,7 @@ bool DesktopWindows::AnimateWindow(Handle handle, int milliseconds, std::uint32_
     if (blends) blend(*window, milliseconds, false);
     window->hide();
     widget.setWindowOpacity(1);
+    x11_.flush();
     return true;
   }
   if (window->on_screen()) return false;

@@ -64,8 +64,8 @@ TEST_F(MouseTest, TheForemostLabelIsHitAndOnlyLabelsAre) {
   Label inner(box, "inner", twips(20, 20, 10, 10));
   Label hidden(form, "hidden", twips(10, 10, 20, 20));
   hidden.Visible = false;
-  for (platform::Control* control : std::initializer_list<platform::Control*>{&back, &front, &shape, &box, &inner,
-                                                                             &hidden}) {
+  for (platform::Control* control :
+       std::initializer_list<platform::Control*>{&back, &front, &shape, &box, &inner, &hidden}) {
     listen(*control);
   }
   start();

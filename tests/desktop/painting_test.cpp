@@ -81,9 +81,7 @@ void check_layout(const std::string& scale_factor, int scale) {
   stage.settle(form);
   box.Refresh();
 
-  const auto pixel = [&](int x, int y) {
-    return stage.pixel(TestForm::left * scale + x, TestForm::top * scale + y);
-  };
+  const auto pixel = [&](int x, int y) { return stage.pixel(TestForm::left * scale + x, TestForm::top * scale + y); };
   // The first or last pixel of each thing, and its neighbour outside, in the pixels of the design.
   const auto first = [&](int x) { return x * scale; };
   const auto last = [&](int x) { return (x + 1) * scale - 1; };
@@ -113,9 +111,13 @@ void check_layout(const std::string& scale_factor, int scale) {
   EXPECT_EQ(pixel(first(100), first(120)), seen_black) << "hidden";
 }
 
-TEST_F(PaintingTest, EverythingLiesOnItsPixels) { check_layout("1", 1); }
+TEST_F(PaintingTest, EverythingLiesOnItsPixels) {
+  check_layout("1", 1);
+}
 
-TEST_F(PaintingTest, ADenseScreenShowsTheSameTwiceAsLarge) { check_layout("2", 2); }
+TEST_F(PaintingTest, ADenseScreenShowsTheSameTwiceAsLarge) {
+  check_layout("2", 2);
+}
 
 TEST_F(PaintingTest, AnAssignmentShowsByItself) {
   Stage stage;

@@ -29,6 +29,16 @@ Stage::Stage(const With& with) {
     throw std::runtime_error("no window manager or no compositor");
   }
   display = XOpenDisplay(nullptr);
+  if (with.window_manager) {
+    // Windows that are mapped before a window manager serves events come out wrong: one question is to be answered.
+    const Window root = DefaultRootWindow(display);
+    const Window asking = XCreateSimpleWindow(display, root, 0, 0, 10, 10, 0, 0, 0);
+    send(root, asking, "_NET_REQUEST_FRAME_EXTENTS", {});
+    if (!eventually([&] { return !property(asking, "_NET_FRAME_EXTENTS").empty(); })) {
+      throw std::runtime_error("the window manager does not answer");
+    }
+    XDestroyWindow(display, asking);
+  }
   user.emplace(server);
   user->move_to(1900, 1000);  // out of the way
   static char name[] = "desktop_test";
@@ -80,7 +90,8 @@ std::vector<unsigned long> Stage::property(Window window, const char* name) cons
   XGetWindowProperty(display, window, atom(name), 0, 64, False, AnyPropertyType, &type, &format, &count, &left, &value);
   const auto* items = reinterpret_cast<unsigned long*>(value);
   std::vector<unsigned long> result;
-  if (format == 32) result.assign(items, items + count);
+  // The sign has been spread over the upper half of each item.
+  for (unsigned long i = 0; format == 32 && i < count; ++i) result.push_back(items[i] & 0xFFFFFFFF);
   if (value != nullptr) XFree(value);
   return result;
 }
