@@ -16,6 +16,10 @@ namespace {
 constexpr std::uint8_t key_caps_lock = 0x14;
 constexpr std::uint8_t key_num_lock = 0x90;
 constexpr std::uint8_t key_scroll_lock = 0x91;
+constexpr std::uint8_t key_control = 0x11;
+constexpr std::uint8_t key_left_windows = 0x5B;
+// The letters that the program strikes with a modifier.
+constexpr Symbol shortcut_letters[] = {XK_a, XK_c, XK_l, XK_v, XK_x};
 constexpr std::uint8_t down_bit = 0x80;
 constexpr std::uint8_t on_bit = 0x01;
 
@@ -26,13 +30,16 @@ class DesktopInput::Session {
   explicit Session(std::unique_ptr<InputConnection> connection)
       : keyboard_(std::move(connection)),
         typist_(keyboard_),
-        scroll_light_(XInternAtom(keyboard_.display(), "Scroll Lock", False)) {}
+        scroll_light_(XInternAtom(keyboard_.display(), "Scroll Lock", False)) {
+    keyboard_.refresh();  // now, so that the first gesture need not wait for it
+  }
   ~Session() { release_all(); }
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
   void press(std::uint8_t key) {
     keyboard_.refresh();
+    if (key == key_control || key == key_left_windows) prepare_shortcuts();
     const int group = keyboard_.group();
     const auto place = place_of(key, group);
     if (!place) return;
@@ -40,7 +47,7 @@ class DesktopInput::Session {
     if (elsewhere) keyboard_.lock_group(place->group);
     keyboard_.send(place->code, true);
     down_.push_back({key, place->code, elsewhere ? std::optional(group) : std::nullopt});
-    XFlush(keyboard_.display());
+    XSync(keyboard_.display(), False);
   }
 
   void release(std::uint8_t key) {
@@ -53,7 +60,7 @@ class DesktopInput::Session {
       if (pressed->group_before) keyboard_.lock_group(*pressed->group_before);
       pressed = down_.erase(pressed);
     }
-    XFlush(keyboard_.display());
+    XSync(keyboard_.display(), False);
   }
 
   void release_all() {
@@ -102,7 +109,7 @@ class DesktopInput::Session {
     set(key_caps_lock, LockMask);
     set(key_num_lock, keyboard_.keymap().lock_modifiers(XK_Num_Lock));
     set(key_scroll_lock, keyboard_.keymap().lock_modifiers(XK_Scroll_Lock));
-    XFlush(keyboard_.display());
+    XSync(keyboard_.display(), False);
   }
 
  private:
@@ -112,13 +119,24 @@ class DesktopInput::Session {
     std::optional<int> group_before;  // to be put back with the release
   };
 
+  // Borrows the letters that a layout of another script lacks before the modifier goes down: programs that have never
+  // had a key read the key map with the first one, and some miss what changes while they do.
+  void prepare_shortcuts() {
+    std::vector<Symbol> missing;
+    for (const Symbol letter : shortcut_letters) {
+      const auto place = keyboard_.find(letter, 0);
+      if (!place || keyboard_.spares().borrowed(place->code)) missing.push_back(letter);
+    }
+    keyboard_.borrow(missing);
+  }
+
   std::optional<KeyPlace> place_of(std::uint8_t key, int group) {
     const auto symbols = symbols_of_key(key);
     for (const Symbol symbol : symbols) {
       if (const auto place = keyboard_.find(symbol, group)) return place;
     }
     if (symbols.empty()) return std::nullopt;
-    keyboard_.borrow({symbols.front()});
+    keyboard_.borrow({SpareKeys::to_borrow(symbols.front())});
     return keyboard_.find(symbols.front(), group);
   }
 

@@ -1,6 +1,7 @@
 #include "desktop/keymap_spares.h"
 
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
 
 #include <algorithm>
 #include <iterator>
@@ -15,6 +16,18 @@ namespace {
 constexpr std::chrono::milliseconds clients_follow{30};
 // A window that has not taken up its keys after this time hangs.
 constexpr std::chrono::seconds surely_taken_up{2};
+
+struct Cases {
+  KeySym small, capital;
+};
+
+Cases cases_of(Symbol symbol) {
+  Cases cases{symbol, symbol}, back{symbol, symbol};
+  XConvertCase(symbol, &cases.small, &cases.capital);
+  // Letters like the dotless i do not come back from the other case.
+  XConvertCase(cases.small, &back.small, &back.capital);
+  return back.capital == cases.capital ? cases : Cases{symbol, symbol};
+}
 
 }  // namespace
 
@@ -41,6 +54,10 @@ void SpareKeys::adopt(const Keymap& keymap) {
 bool SpareKeys::borrowed(std::uint8_t code) const {
   return std::any_of(slots_.begin(), slots_.end(),
                      [code](const Slot& slot) { return slot.code == code && slot.symbol != no_symbol; });
+}
+
+Symbol SpareKeys::to_borrow(Symbol symbol) {
+  return static_cast<Symbol>(cases_of(symbol).small);
 }
 
 bool SpareKeys::assign(const std::vector<Symbol>& symbols) {
@@ -82,7 +99,8 @@ void SpareKeys::write(const std::vector<const Slot*>& slots) {
     std::vector<KeySym> columns;
     auto last = first;
     for (; last != slots.end() && (*last)->code - (*first)->code == std::distance(first, last); ++last) {
-      columns.insert(columns.end(), 2, (*last)->symbol);
+      const Cases cases = cases_of((*last)->symbol);
+      columns.insert(columns.end(), {cases.small, cases.capital});
     }
     XChangeKeyboardMapping(connection_.display(), (*first)->code, 2, columns.data(),
                            static_cast<int>(std::distance(first, last)));

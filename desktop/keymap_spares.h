@@ -24,9 +24,12 @@ class SpareKeys {
   // How many symbols can be had at one time.
   std::size_t capacity() const { return slots_.size(); }
   bool borrowed(std::uint8_t code) const;
-  // Sees to it that these symbols, at most capacity(), have a code; the ones used longest ago make way. All that a text
-  // needs belongs into one call: clients take a while to follow, which is waited for. Gives whether the key map has
-  // changed.
+  // The symbol that has to be borrowed for another to be there: of a letter that has two cases the small one, which
+  // brings the capital along on its Shift level.
+  static Symbol to_borrow(Symbol symbol);
+  // Sees to it that these symbols (as to_borrow gives them), at most capacity(), have a code; the ones used longest ago
+  // make way. All that a text needs belongs into one call: clients take a while to follow, which is waited for. Gives
+  // whether the key map has changed.
   bool assign(const std::vector<Symbol>& symbols);
   // Keys have been sent: their codes must not change meaning before the window has taken them up.
   void note_typing() { typed_ = std::chrono::steady_clock::now(); }

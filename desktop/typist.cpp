@@ -1,11 +1,11 @@
 #include "desktop/typist.h"
 
 #include <X11/XKBlib.h>
+#include <X11/Xutil.h>
 #include <X11/keysym.h>
 
 #include <algorithm>
 #include <bit>
-#include <cctype>
 
 namespace desktop {
 namespace {
@@ -35,7 +35,7 @@ void Typist::type(const std::vector<platform::Stroke>& strokes) {
   hold_only({});
   if (group_ != home_group_) keyboard_.lock_group(home_group_);
   resume_locks();
-  XFlush(keyboard_.display());
+  XSync(keyboard_.display(), False);
 }
 
 Symbol Typist::symbol_of(const platform::Stroke& stroke) const {
@@ -43,10 +43,12 @@ Symbol Typist::symbol_of(const platform::Stroke& stroke) const {
     const auto symbols = symbols_of_key(stroke.key);
     return symbols.empty() ? no_symbol : symbols.front();
   }
+  const Symbol symbol = symbol_of_character(stroke.character);
+  if ((stroke.modifiers & (platform::modifier_control | platform::modifier_alt)) == 0) return symbol;
   // In a shortcut a letter means its key, whatever its case: "^C" is Ctrl+C.
-  const bool shortcut = (stroke.modifiers & (platform::modifier_control | platform::modifier_alt)) != 0;
-  const bool capital = stroke.character >= 'A' && stroke.character <= 'Z';
-  return symbol_of_character(shortcut && capital ? stroke.character - 'A' + 'a' : stroke.character);
+  KeySym small = NoSymbol, capital = NoSymbol;
+  XConvertCase(symbol, &small, &capital);
+  return static_cast<Symbol>(small);
 }
 
 // Borrows what the strokes from `begin` on need, as far as the spare codes go; gives where they end.
@@ -55,11 +57,13 @@ std::size_t Typist::borrow_for(const std::vector<platform::Stroke>& strokes, std
   std::size_t end = begin;
   for (; end < strokes.size(); ++end) {
     const Symbol symbol = symbol_of(strokes[end]);
-    if (symbol == no_symbol || std::find(foreign.begin(), foreign.end(), symbol) != foreign.end()) continue;
     const auto place = keyboard_.find(symbol, group_);
-    if ((place && !keyboard_.spares().borrowed(place->code)) || keyboard_.spares().capacity() == 0) continue;
+    if (symbol == no_symbol || (place && !keyboard_.spares().borrowed(place->code))) continue;
+    const Symbol wanted = SpareKeys::to_borrow(symbol);
+    if (std::find(foreign.begin(), foreign.end(), wanted) != foreign.end()) continue;
+    if (keyboard_.spares().capacity() == 0) continue;
     if (foreign.size() == keyboard_.spares().capacity()) break;
-    foreign.push_back(symbol);
+    foreign.push_back(wanted);
   }
   keyboard_.borrow(foreign);
   return end;
