@@ -176,6 +176,9 @@ void FormWindow::show() {
   top_->show();
   if (topmost_) x11_.keep_above(form_.hWnd, true);
   settle(true);
+  // While a window manager puts its frame around a window the toolkit may take the frame's corner of the moment for the
+  // window's place, and not hear of the true one. Asked for the place once more, the window manager tells where it is.
+  top_->windowHandle()->setPosition(placed_.topLeft());
   refresh(nullptr);
 }
 

@@ -78,6 +78,12 @@ void Stage::settle(platform::Form& form) {
 void Stage::show(platform::Form& form) {
   if (!services().windows.load(form)) throw std::runtime_error("no window");
   services().windows.Show(form);
+  // A window manager goes on placing a window for a while; giving it the keyboard is the last thing it does.
+  const Window root = DefaultRootWindow(display);
+  if (window_manager.running() &&
+      !until([&] { return property(root, "_NET_ACTIVE_WINDOW") == std::vector<unsigned long>{form.hWnd}; })) {
+    throw std::runtime_error("the window does not become active");
+  }
   settle(form);
 }
 
