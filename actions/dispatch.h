@@ -1,7 +1,8 @@
 // From an action string to what it does.
 //
-// An action string is a prefix of two characters and a body with nothing between them: "P:" and something that the shell
-// can open, "T:" and a text in the notation of platform/sendkeys.h, "C:" and the label of a command. Nothing is escaped.
+// An action string is a prefix of two characters and a body with nothing between them: "P:" and something that the
+// shell can open, "T:" and a text in the notation of platform/sendkeys.h, "C:" and the label of a command. Nothing is
+// escaped.
 #pragma once
 
 #include <cstdint>
@@ -16,9 +17,9 @@ class Dispatch {
   Dispatch(platform::Services& services, SK& sk, const Mod_dessin::Table& table)
       : services_(services), sk_(sk), table_(table) {}
 
-  // Runs `action` unless the top-level window under the pointer is the main form. `index` is the slot of the patron that
-  // asked for it. An unknown prefix or label, and an action of fewer than two characters, do nothing. Leaves a trace of
-  // the windows that it looked at in Text1.
+  // Runs `action` unless the top-level window under the pointer is the main form. `index` is the slot of the patron
+  // that asked for it. An unknown prefix or label, and an action of fewer than two characters, do nothing. Leaves a
+  // trace of the windows that it looked at in Text1.
   void executer_action(const std::string& action, std::int16_t index);
 
  private:

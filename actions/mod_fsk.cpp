@@ -13,7 +13,9 @@ constexpr std::uint8_t defil = 0x91;
 
 constexpr std::uint8_t scan = 0x45;  // sent for all three keys
 
-bool etat(platform::Input& input, std::uint8_t key) { return input.GetKeyboardState()[key] != 0; }
+bool etat(platform::Input& input, std::uint8_t key) {
+  return input.GetKeyboardState()[key] != 0;
+}
 
 void bascule(platform::Input& input, std::uint8_t key) {
   const int family = input.platform_id();
@@ -29,13 +31,25 @@ void bascule(platform::Input& input, std::uint8_t key) {
 
 }  // namespace
 
-bool etat_num(platform::Input& input) { return etat(input, num); }
-bool etat_maj(platform::Input& input) { return etat(input, maj); }
-bool etat_defil(platform::Input& input) { return etat(input, defil); }
+bool etat_num(platform::Input& input) {
+  return etat(input, num);
+}
+bool etat_maj(platform::Input& input) {
+  return etat(input, maj);
+}
+bool etat_defil(platform::Input& input) {
+  return etat(input, defil);
+}
 
-void bascule_num(platform::Input& input) { bascule(input, num); }
-void bascule_maj(platform::Input& input) { bascule(input, maj); }
-void bascule_defil(platform::Input& input) { bascule(input, defil); }
+void bascule_num(platform::Input& input) {
+  bascule(input, num);
+}
+void bascule_maj(platform::Input& input) {
+  bascule(input, maj);
+}
+void bascule_defil(platform::Input& input) {
+  bascule(input, defil);
+}
 
 void force_send_keys(platform::Input& input, std::string_view text, bool wait) {
   const bool num_avant = etat_num(input);

@@ -27,7 +27,9 @@ Programme::Programme(platform::Services& services)
   };
 }
 
-Programme::~Programme() { Form_Terminate(); }
+Programme::~Programme() {
+  Form_Terminate();
+}
 
 void Programme::start() {
   if (!services_.windows.load(sk_)) return services_.events.End(1);
@@ -69,9 +71,9 @@ bool Programme::load_hook() {
   std::string error;
   hook_ = services_.hooks.load(hook_library, error);
   if (hook_ == nullptr) {
-    services_.dialogs.MsgBox("La bibliothèque " + services_.program.Path + "/" + hook_library +
-                                 " ne peut pas être chargée:\r\n" + error,
-                             platform::vbSystemModal | platform::vbCritical, "Strokemind");
+    services_.dialogs.MsgBox(
+        "La bibliothèque " + services_.program.Path + "/" + hook_library + " ne peut pas être chargée:\r\n" + error,
+        platform::vbSystemModal | platform::vbCritical, "Strokemind");
     return false;
   }
   capture_.emplace(services_, Capture::Forms{sk_, menu_, actions_}, *hook_, dessin_, theme_, recherche_);

@@ -1,4 +1,5 @@
-// The verdict written down just as it is defined, with nothing saved: what the real one is measured and checked against.
+// The verdict written down just as it is defined, with nothing saved: what the real one is measured and checked
+// against.
 #pragma once
 
 #include <cmath>

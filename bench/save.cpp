@@ -72,8 +72,9 @@ int main() {
   desktop::ProfileFolder disk(folder);
   const double whole = median_save(disk, table);
   std::filesystem::remove_all(folder);
-  std::printf("save of %zu patrons of %zu points, %zu bytes: %.2f ms besides the disk, %.2f ms with it and its syncs; "
-              "%d replacements in %d saves\n",
-              patrons, points, nowhere.size, text, whole, nowhere.replacements, rounds);
+  std::printf(
+      "save of %zu patrons of %zu points, %zu bytes: %.2f ms besides the disk, %.2f ms with it and its syncs; "
+      "%d replacements in %d saves\n",
+      patrons, points, nowhere.size, text, whole, nowhere.replacements, rounds);
   return 0;
 }

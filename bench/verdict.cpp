@@ -69,7 +69,8 @@ bool measure(const char* what, double spread) {
     real.push_back(microseconds(Mod_dessin::verdict, dessin, table, found));
     ratio.push_back(real.back() / plain.back());
     if (expected != found) {
-      std::printf("%s: scores differ: %.9g and %.9g\n", what, static_cast<double>(expected), static_cast<double>(found));
+      std::printf("%s: scores differ: %.9g and %.9g\n", what, static_cast<double>(expected),
+                  static_cast<double>(found));
       return false;
     }
   }

@@ -7,8 +7,9 @@
 
 namespace Mod_dessin {
 
-inline constexpr double diviseur_boite = 16;  // the box is its twips / 16 units, whatever a pixel of the screen measures
-inline constexpr int etendue_mince = 10;      // an extent below this is not stretched over the box
+inline constexpr double diviseur_boite =
+    16;                                   // the box is its twips / 16 units, whatever a pixel of the screen measures
+inline constexpr int etendue_mince = 10;  // an extent below this is not stretched over the box
 
 // The bounds of one axis. They start where a small screen begins and ends, so that what lies beyond 2000 or below 0 is
 // measured from there.

@@ -20,7 +20,9 @@ std::int32_t elapsed(std::int32_t now, std::int32_t then) {
 
 }  // namespace
 
-bool Capture::paused() { return forms_.menu().mnuPause.Checked; }
+bool Capture::paused() {
+  return forms_.menu().mnuPause.Checked;
+}
 
 void Capture::Form_KeyDown(int& KeyCode, int& /*Shift*/) {
   if (paused()) return;
@@ -74,7 +76,7 @@ void Capture::lire_info_dll() {
   hook_.ENVOIS_BUF_TMP(points.data(), &n);
   n = std::clamp(n, 0, hook_max_points);
   sk.PicIco.DrawWidth = 1;
-  for (std::int16_t i = 0; i < n; ++i) {
+  for (std::int32_t i = 0; i < n; ++i) {
     std::int32_t colour = theme_.couleur_theme;
     if (i == 0) {
       colour = blanc;

@@ -60,7 +60,9 @@ void complain(const std::string& what, const std::string& path) {
   std::fprintf(stderr, "Strokemind: cannot %s %s: %s\n", what.c_str(), path.c_str(), std::strerror(errno));
 }
 
-std::string folder_of(const std::string& path) { return path.substr(0, path.rfind('/')); }
+std::string folder_of(const std::string& path) {
+  return path.substr(0, path.rfind('/'));
+}
 
 // The file behind a chain of symbolic links, which need not exist yet.
 std::string resolved(std::string path) {

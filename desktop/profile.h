@@ -22,8 +22,8 @@ class ProfileFolder : public platform::FileStore {
   // target. Keeps the mode of an old file; a new one can be read by its owner alone. Says on the error stream what went
   // wrong.
   bool replace(std::string_view file, std::string_view bytes) override;
-  // Gives what stands under the name a second name, the first free of "NAME.ancien", "NAME.ancien-2"...: by a hard link,
-  // else by a copy, else by moving it there.
+  // Gives what stands under the name a second name, the first free of "NAME.ancien", "NAME.ancien-2"...: by a hard
+  // link, else by a copy, else by moving it there.
   bool set_aside(std::string_view file) override;
 
  private:

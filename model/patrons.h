@@ -10,8 +10,8 @@
 
 namespace Mod_dessin {
 
-inline constexpr int table_slots = 101;     // slots 0 to 100; slot 100 is never filled and ends every walk
-inline constexpr int table_capacity = 100;  // slots that a load fills
+inline constexpr int table_slots = 101;         // slots 0 to 100; slot 100 is never filled and ends every walk
+inline constexpr int table_capacity = 100;      // slots that a load fills
 inline constexpr const char* nom_efface = "-";  // the name of a deleted slot
 
 // The coordinates of one axis in drawing order. A list read from a file keeps the file's own text of its numbers until
@@ -22,10 +22,10 @@ struct Coordinates {
 };
 
 struct Patron {
-  std::string Nom;  // upper case, no blank; empty: never used; "-": deleted
-  Coordinates X, Y;  // normalised to the miniature box; at least Ind values each
+  std::string Nom;       // upper case, no blank; empty: never used; "-": deleted
+  Coordinates X, Y;      // normalised to the miniature box; at least Ind values each
   std::int16_t Ind = 0;  // number of points, 0 to 501
-  std::string Action;  // prefix "T:", "C:" or "P:" and a body; empty: none bound
+  std::string Action;    // prefix "T:", "C:" or "P:" and a body; empty: none bound
 };
 
 struct Table {

@@ -32,7 +32,9 @@ void Canvas::set_density(double density) {
   pixels_.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), 0);
 }
 
-void Canvas::clear() { std::fill(pixels_.begin(), pixels_.end(), 0); }
+void Canvas::clear() {
+  std::fill(pixels_.begin(), pixels_.end(), 0);
+}
 
 void Canvas::dot(double x, double y, int diameter, std::int32_t colour) {
   // The logical pixel (x, y) covers [x, x + 1): its middle is the middle of the disc. Points far outside are dropped

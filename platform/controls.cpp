@@ -43,7 +43,9 @@ void PictureBox::Cls() {
   changed();
 }
 
-void PictureBox::PSet(double x, double y) { PSet(x, y, ForeColor); }
+void PictureBox::PSet(double x, double y) {
+  PSet(x, y, ForeColor);
+}
 
 void PictureBox::PSet(double x, double y, std::int32_t colour) {
   canvas.dot(x, y, DrawWidth, colour);
@@ -96,7 +98,9 @@ ListItem::ListItem(ListView& list, std::string text, IconReference icon, IconRef
       sub1_(*this, {}),
       sub2_(*this, {}) {}
 
-void ListItem::changed() { list_.changed(); }
+void ListItem::changed() {
+  list_.changed();
+}
 
 void ListView::Clear() {
   rows_.clear();
@@ -106,9 +110,9 @@ void ListView::Clear() {
 
 ListItem& ListView::Add(int position, std::string text, IconReference icon, IconReference small_icon) {
   const int before = std::clamp(position, 1, Count() + 1);
-  const auto added = rows_.insert(
-      rows_.begin() + (before - 1),
-      std::make_unique<ListItem>(*this, std::move(text), std::move(icon), std::move(small_icon)));
+  const auto added =
+      rows_.insert(rows_.begin() + (before - 1),
+                   std::make_unique<ListItem>(*this, std::move(text), std::move(icon), std::move(small_icon)));
   if (selected_ >= before) ++selected_;
   changed();
   return **added;

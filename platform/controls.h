@@ -1,6 +1,6 @@
 // Forms and controls as data. The program reads and assigns their properties and fills in their handlers; a platform
-// shows them in real windows, or keeps them in memory. Lengths are twips, 15 to the pixel of the design screen, unless a
-// member says otherwise; colours are 32-bit with red in the low byte; text is UTF-8.
+// shows them in real windows, or keeps them in memory. Lengths are twips, 15 to the pixel of the design screen, unless
+// a member says otherwise; colours are 32-bit with red in the low byte; text is UTF-8.
 #pragma once
 
 #include <cstdint>
@@ -108,7 +108,19 @@ class FormHost {
   virtual void set_focus(Control& control) = 0;
 };
 
-enum class Kind { label, shape, line, picture_box, text_box, check_box, list_view, image, image_list, timer, colour_dialog };
+enum class Kind {
+  label,
+  shape,
+  line,
+  picture_box,
+  text_box,
+  check_box,
+  list_view,
+  image,
+  image_list,
+  timer,
+  colour_dialog
+};
 
 // What holds controls: a form, or a picture box. It can be drawn on.
 class Surface {
@@ -264,7 +276,7 @@ class PictureBox : public Control, public Surface {
   int DrawStyle = draw_solid;
   int DrawMode = copy_pen;
   bool AutoRedraw = false;
-  Canvas canvas;      // what has been drawn; where it is empty BackColor shows
+  Canvas canvas;  // what has been drawn; where it is empty BackColor shows
 
  private:
   std::optional<float> scale_width_, scale_height_;

@@ -61,9 +61,13 @@ bool ProfileService::WritePrivateProfileStringA(std::string_view section, std::s
   return true;
 }
 
-bool ProfileService::Dir(std::string_view file) { return gathered(file).exists; }
+bool ProfileService::Dir(std::string_view file) {
+  return gathered(file).exists;
+}
 
-void ProfileService::Kill(std::string_view file) { gathered(file).text.clear(); }
+void ProfileService::Kill(std::string_view file) {
+  gathered(file).text.clear();
+}
 
 bool ProfileService::flush(std::string_view file) {
   Gathered& pending = gathered(file);
@@ -76,6 +80,8 @@ bool ProfileService::flush(std::string_view file) {
   return true;
 }
 
-void ProfileService::preserve(std::string_view file) { gathered(file).preserve = true; }
+void ProfileService::preserve(std::string_view file) {
+  gathered(file).preserve = true;
+}
 
 }  // namespace platform

@@ -89,7 +89,8 @@ void ProfileText::set(std::string_view section, std::string_view key, std::strin
   Section* target = find(section);
   if (target == nullptr) target = &append(section);
   std::string line(value);
-  std::replace_if(line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
   for (Entry& entry : target->entries) {
     if (equal_ignoring_case(entry.key, key)) {
       entry.value = std::move(line);

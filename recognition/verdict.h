@@ -12,7 +12,7 @@ inline constexpr float meilleur_depart = 2000.0F;  // a patron that scores this 
 inline constexpr float seuil = 25.0F;              // a match needs a score below this, in units of the miniature box
 
 struct Verdict {
-  std::string nom;                 // of the patron with the lowest score; empty where none scored
+  std::string nom;                // of the patron with the lowest score; empty where none scored
   float score = meilleur_depart;  // its score
   bool match() const { return score < seuil; }
 };

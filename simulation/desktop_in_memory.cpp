@@ -6,7 +6,7 @@
 namespace simulation {
 
 // The window of one form: whether it is on the screen, and when its timers are due.
-class DesktopInMemory::Host : public platform::FormHost {
+class DesktopInMemory::Host final : public platform::FormHost {
  public:
   Host(DesktopInMemory& desktop, platform::Form& form) : desktop_(desktop), form_(form) {
     for (platform::Control* control : form.Controls) {
@@ -19,7 +19,7 @@ class DesktopInMemory::Host : public platform::FormHost {
   }
   void timer_changed(platform::Timer& timer) override {
     if (timer.Enabled) {
-      due_[&timer] = desktop_.ticks + timer.Interval.get();
+      due_[&timer] = desktop_.later(timer.Interval);
     } else {
       due_.erase(&timer);
     }
@@ -38,7 +38,7 @@ class DesktopInMemory::Host : public platform::FormHost {
     return first;
   }
   // Due again an interval later, unless its handler stops it.
-  void rearm(platform::Timer& timer) { due_[&timer] = desktop_.ticks + timer.Interval.get(); }
+  void rearm(platform::Timer& timer) { due_[&timer] = desktop_.later(timer.Interval); }
 
   bool shown = false;
   platform::Form& form() { return form_; }
@@ -60,7 +60,7 @@ platform::Form* DesktopInMemory::form_of(platform::Handle window) const {
 }
 
 void DesktopInMemory::advance(int milliseconds) {
-  const std::int32_t until = ticks + milliseconds;
+  const std::int32_t until = later(milliseconds);
   while (!ended_) {
     Host* host = nullptr;
     std::optional<std::pair<std::int32_t, platform::Timer*>> first;
@@ -86,9 +86,13 @@ void DesktopInMemory::DoEvents() {
   }
 }
 
-void DesktopInMemory::Sleep(int milliseconds) { ticks += milliseconds; }
+void DesktopInMemory::Sleep(int milliseconds) {
+  ticks = later(milliseconds);
+}
 
-void DesktopInMemory::post(std::function<void()> task) { waiting_.push_back(std::move(task)); }
+void DesktopInMemory::post(std::function<void()> task) {
+  waiting_.push_back(std::move(task));
+}
 
 void DesktopInMemory::End(int status) {
   journal.write("End ", status);
@@ -155,7 +159,7 @@ bool DesktopInMemory::AnimateWindow(platform::Handle window, int milliseconds, s
   const auto found = hosts_.find(window);
   if (found == hosts_.end()) return false;
   found->second->shown = (flags & platform::AW_HIDE) == 0;
-  ticks += milliseconds;
+  ticks = later(milliseconds);
   return true;
 }
 
@@ -171,7 +175,9 @@ bool DesktopInMemory::PostMessageA(platform::Handle window, std::uint32_t messag
   return true;
 }
 
-void DesktopInMemory::ReleaseCapture() { journal.write("ReleaseCapture"); }
+void DesktopInMemory::ReleaseCapture() {
+  journal.write("ReleaseCapture");
+}
 
 platform::Handle DesktopInMemory::WindowFromPoint(platform::Point point) {
   const auto inside = [&](double left, double top, double width, double height) {
@@ -185,13 +191,15 @@ platform::Handle DesktopInMemory::WindowFromPoint(platform::Point point) {
       return handle;
     }
   }
-  for (auto window = others.rbegin(); window != others.rend(); ++window) {
-    if (inside(window->left, window->top, window->width, window->height)) return window->handle;
-  }
-  return 0;
+  const auto hit = std::find_if(others.rbegin(), others.rend(), [&](const OtherWindow& window) {
+    return inside(window.left, window.top, window.width, window.height);
+  });
+  return hit == others.rend() ? 0 : hit->handle;
 }
 
-platform::Handle DesktopInMemory::WindowFromDC(platform::Handle /*context*/) { return 0; }
+platform::Handle DesktopInMemory::WindowFromDC(platform::Handle /*context*/) {
+  return 0;
+}
 
 platform::Handle DesktopInMemory::GetParent(platform::Handle window) {
   const auto found = std::find_if(others.begin(), others.end(), [&](const auto& w) { return w.handle == window; });

@@ -23,7 +23,7 @@ namespace simulation {
 // A window of another program.
 struct OtherWindow {
   platform::Handle handle;
-  platform::Handle parent;  // 0 for a top-level window
+  platform::Handle parent;       // 0 for a top-level window
   int left, top, width, height;  // screen pixels
 };
 
@@ -36,7 +36,7 @@ class DesktopInMemory final : platform::Clock,
                               platform::Fonts {
  public:
   DesktopInMemory();
-  ~DesktopInMemory();
+  ~DesktopInMemory() override;
   DesktopInMemory(const DesktopInMemory&) = delete;
   DesktopInMemory& operator=(const DesktopInMemory&) = delete;
 
@@ -61,6 +61,10 @@ class DesktopInMemory final : platform::Clock,
   bool ended() const override { return ended_; }
   bool on_screen(const platform::Form& form) const override;
 
+  // Reads the clock `milliseconds` later; it wraps in 32 bits.
+  std::int32_t later(int milliseconds) const {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(ticks) + static_cast<std::uint32_t>(milliseconds));
+  }
   // Moves the clock, fires the timers that come due on the way, each at its time, and serves events.
   void advance(int milliseconds);
   // Serves the events that wait.

@@ -105,8 +105,8 @@ void Profil::lire_patron(Patron& patron) {
   const bool whole_y = lire_liste(section, "Y", patron.Y);
   patron.Action = ini_.lire_ini(section, cle_action);
 
-  const int present = static_cast<int>(std::min({patron.X.values.size(), patron.Y.values.size(),
-                                                 static_cast<std::size_t>(dessin_slots)}));
+  const int present = static_cast<int>(
+      std::min({patron.X.values.size(), patron.Y.values.size(), static_cast<std::size_t>(dessin_slots)}));
   const std::optional<int> stated = whole_number(ind);
   patron.Ind = static_cast<std::int16_t>(std::clamp(stated.value_or(0), 0, present));
   bool whole = whole_x && whole_y && stated == patron.Ind;
@@ -116,7 +116,8 @@ void Profil::lire_patron(Patron& patron) {
     // The numbers beyond the count are not kept, so the list cannot be written back as it was.
     whole = false;
     std::size_t end = 0;
-    for (std::size_t n = 0; n <= count && end != std::string::npos; ++n) end = list->text.find('.', n == 0 ? 0 : end + 1);
+    for (std::size_t n = 0; n <= count && end != std::string::npos; ++n)
+      end = list->text.find('.', n == 0 ? 0 : end + 1);
     list->text.resize(std::min(end, list->text.size()));
     list->values.resize(count);
   }

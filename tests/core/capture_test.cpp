@@ -7,7 +7,6 @@ namespace {
 
 using Mod_dessin::Dessin;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 // Normalises one axis of a stroke, the other running from 0 to 100.
 std::vector<float> normalised_x(const std::vector<float>& raw) {
@@ -76,7 +75,7 @@ TEST(Report, GateOf700Milliseconds) {
   scene.desktop.ticks = 0x7FFFFFFF - 100;
   for (int n = 0; n < 5; ++n) {
     scene.draw(draw_l);
-    scene.desktop.ticks = static_cast<std::int32_t>(static_cast<std::uint32_t>(scene.desktop.ticks) + 600U);
+    scene.desktop.ticks = scene.desktop.later(600);
   }
   EXPECT_EQ(scene.journal("SendKeys").size(), 1U);
 }
@@ -140,24 +139,24 @@ TEST(Report, StopsAndResumes) {
   const std::vector<std::string> resume{"DLL_STOP 0"};
   Scene scene;
   scene.start();
-  for (const Step& step : std::vector<Step>{
-           {"other", {}, image_marche},
-           {"ctrl+", stop, image_arret},
-           {"ctrl+", stop, image_arret},
-           {"ctrl-", resume, image_marche},
-           {"shift+", stop, image_arret},
-           {"shift-", {}, image_arret},  // a stop that came from Shift lasts until Ctrl comes up
-           {"ctrl-", resume, image_marche},
-           {"tick", {}, image_marche},
-           {"ctrl+", {}, image_marche},  // ticked: keys do nothing
-           {"ctrl-", {}, image_marche},
-           {"wait", {}, image_marche},  // the form goes and takes the tick with it
-           {"ctrl+", stop, image_arret},
-           {"ctrl-", resume, image_marche},
-           {"open", {}, image_marche},
-           {"ctrl+", {}, image_marche},  // no stop while the editor is open
-           {"ctrl-", resume, image_marche},
-           {"shift+", stop, image_arret}}) {
+  for (const Step& step :
+       std::vector<Step>{{"other", {}, image_marche},
+                         {"ctrl+", stop, image_arret},
+                         {"ctrl+", stop, image_arret},
+                         {"ctrl-", resume, image_marche},
+                         {"shift+", stop, image_arret},
+                         {"shift-", {}, image_arret},  // a stop that came from Shift lasts until Ctrl comes up
+                         {"ctrl-", resume, image_marche},
+                         {"tick", {}, image_marche},
+                         {"ctrl+", {}, image_marche},  // ticked: keys do nothing
+                         {"ctrl-", {}, image_marche},
+                         {"wait", {}, image_marche},  // the form goes and takes the tick with it
+                         {"ctrl+", stop, image_arret},
+                         {"ctrl-", resume, image_marche},
+                         {"open", {}, image_marche},
+                         {"ctrl+", {}, image_marche},  // no stop while the editor is open
+                         {"ctrl-", resume, image_marche},
+                         {"shift+", stop, image_arret}}) {
     play(scene, step);
   }
 }

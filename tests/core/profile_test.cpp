@@ -79,8 +79,9 @@ TEST(Profile, TakesWhatItCanAndKeepsTheRest) {
            {"a name with a blank", "[UN DEUX]\r\nInd=0\r\nX=\r\nY=\r\nActionassoci\xE9=\r\n" + pos, 2, 0, true},
            {"too many sections", many + pos, 100, 0, true},
            {"no position", section("Ind=1\r\nX=.1\r\nY=.3\r\n"), 1, 1, false},
-           {"the position in capitals", section("Ind=1\r\nX=.1\r\nY=.3\r\n") + "[POS]\r\nX=30\r\nY=45,5\r\n", 1, 1, false},
-           {"binary rubbish", std::string("\x00\xFF[\x01\x02\n=\x80\x00]", 12), 0, 0, true},
+           {"the position in capitals", section("Ind=1\r\nX=.1\r\nY=.3\r\n") + "[POS]\r\nX=30\r\nY=45,5\r\n", 1, 1,
+            false},
+           {"binary rubbish", std::string("\0\xFF[\x01\x02\n=\x80\0]", 10), 0, 0, true},
            {"no line ends", std::string(70000, 'x'), 0, 0, true},
            {"a long value", section("Ind=1\r\nX=.1" + std::string(60000, '0') + "\r\nY=.3\r\n") + pos, 1, 1, true}}) {
     Visit visit(c.file);

@@ -25,8 +25,7 @@ TEST(Recognition, AMatchOpensItsProgram) {
   scene.draw(draw_slope);
   EXPECT_EQ(scene.info(), "Patron PENTE retrouvé!\r\nAction: P:/usr/bin/xterm");
   const std::string owner = std::to_string(scene.programme.sk().hWnd);
-  EXPECT_THAT(scene.journal("ShellExecuteA"),
-              ElementsAre("ShellExecuteA " + owner + " open [/usr/bin/xterm] [] [] 1"));
+  EXPECT_THAT(scene.journal("ShellExecuteA"), ElementsAre("ShellExecuteA " + owner + " open [/usr/bin/xterm] [] [] 1"));
 }
 
 TEST(Recognition, WithoutAnActionOnlyWordsStand) {

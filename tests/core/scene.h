@@ -60,8 +60,7 @@ inline const std::vector<point_hook> draw_slope = along({{300, 100}, {100, 200}}
 
 // Three patrons: an L bound to a text, a bar without an action, a slanted line bound to a program.
 inline const std::string three_patrons = platform::to_cp1252(
-    section("EQUERRE", draw_l, "T:Bonjour") +
-    "[BARRE]\r\nInd=3\r\nX=.0.32.64\r\nY=.0.-0,1875.0\r\nActionassocié=\r\n" +
+    section("EQUERRE", draw_l, "T:Bonjour") + "[BARRE]\r\nInd=3\r\nX=.0.32.64\r\nY=.0.-0,1875.0\r\nActionassocié=\r\n" +
     section("PENTE", draw_slope, "P:/usr/bin/xterm") + "[Pos]\r\nX=3450\r\nY=1200\r\n");
 
 struct Scene {
