@@ -15,7 +15,9 @@ xcb_void_cookie_t ask_grab(xcb_connection_t* connection, xcb_window_t root, std:
 
 }  // namespace
 
-ButtonGrab::ButtonGrab(Display& display) : display_(display) { claim(); }
+ButtonGrab::ButtonGrab(Display& display) : display_(display) {
+  claim();
+}
 
 void ButtonGrab::claim() {
   xcb_connection_t* control = display_.control.get();
@@ -58,8 +60,7 @@ void ButtonGrab::apply() {
     xcb_ungrab_button(control, button, root, XCB_MOD_MASK_ANY);
     return;
   }
-  const Held<xcb_generic_error_t> refused(
-      xcb_request_check(control, ask_grab(control, root, XCB_MOD_MASK_ANY, true)));
+  const Held<xcb_generic_error_t> refused(xcb_request_check(control, ask_grab(control, root, XCB_MOD_MASK_ANY, true)));
   if (!refused) return;
   // Another program has the button with some modifier; take it with all the others. Refusals come as errors among the
   // events and are of no interest.

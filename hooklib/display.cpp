@@ -77,12 +77,17 @@ xcb_record_context_t create_recording(xcb_connection_t* connection) {
 
 xcb_window_t create_window(xcb_connection_t* connection, const xcb_screen_t& screen) {
   const xcb_window_t window = xcb_generate_id(connection);
-  xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, screen.root, -1, -1, 1, 1, 0,
-                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+  xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, screen.root, -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                    XCB_COPY_FROM_PARENT, 0, nullptr);
   return window;
 }
 
 }  // namespace
+
+void sync(xcb_connection_t* connection) {
+  const Held<xcb_get_input_focus_reply_t> answer(
+      xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+}
 
 std::optional<Display> open_display() {
   Display display;

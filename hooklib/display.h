@@ -26,15 +26,16 @@ struct Disconnect {
 using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
 
 struct Atoms {
-  xcb_atom_t report = 0;       // type of the reports to the program
-  xcb_atom_t owner = 0;        // selection of the one instance that has the button
-  xcb_atom_t compositor = 0;   // selection that a compositing manager owns
-  xcb_atom_t xtest_device = 0; // property of the devices through which programs inject
+  xcb_atom_t report = 0;        // type of the reports to the program
+  xcb_atom_t owner = 0;         // selection of the one instance that has the button
+  xcb_atom_t compositor = 0;    // selection that a compositing manager owns
+  xcb_atom_t xtest_device = 0;  // property of the devices through which programs inject
 };
 
 struct Display {
-  // Everything goes over `control`; over `data` the server streams what it records, and nothing else can.
+  // Nearly everything goes over `control`, so that the server does it in the order in which it was asked for.
   Connection control;
+  // What the server records. While it does, nothing else can be asked for here.
   Connection data;
   xcb_screen_t* screen = nullptr;
   // A window of ours that is never shown. It owns the selection, and stands for the connection.
@@ -47,6 +48,9 @@ struct Display {
     return xcb_connection_has_error(control.get()) == 0 && xcb_connection_has_error(data.get()) == 0;
   }
 };
+
+// Asks the server for an answer and waits for it: then whatever it had to say before is here.
+void sync(xcb_connection_t* connection);
 
 // Connects to the display of the environment. Nothing if there is none, or if it lacks what the hook needs: recording,
 // shaped windows, and raw input events that come in spite of grabs.

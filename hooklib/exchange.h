@@ -31,8 +31,8 @@ class Exchange {
   // Readable when the program has asked for something; to be polled. -1 if the system had none to give.
   int wake_descriptor() const { return wake_; }
   struct Orders {
-    bool stopped = false;     // the latest word
-    bool interrupted = false; // it was stopped at some time since the last look
+    bool stopped = false;      // the latest word
+    bool interrupted = false;  // it was stopped at some time since the last look
     bool quit = false;
   };
   Orders take_orders();

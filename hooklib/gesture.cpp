@@ -3,12 +3,6 @@
 #include <algorithm>
 
 namespace hooklib {
-namespace {
-
-// The wheel is four buttons, by old custom. Turning it says nothing about a drawing.
-bool is_wheel(std::uint32_t button) { return button >= 4 && button <= 7; }
-
-}  // namespace
 
 Step Gesture::button_down(Contact contact, std::uint32_t time_ms) {
   if (is_wheel(contact.button)) return {};
@@ -18,13 +12,12 @@ Step Gesture::button_down(Contact contact, std::uint32_t time_ms) {
   return state_ == State::drawing && contact != drawn_with_ ? cancel(Release::swallow) : Step{};
 }
 
-Step Gesture::button_up(Contact contact, std::uint32_t time_ms) {
+Step Gesture::button_up(Contact contact) {
   for (Press& press : presses_) {
     if (press.contact == contact) press.down = false;
   }
   if (state_ != State::drawing || contact != drawn_with_) return {};
   state_ = State::finishing;
-  release_time_ms_ = time_ms;
   return {.end = true};
 }
 
@@ -44,11 +37,17 @@ Step Gesture::recorded(bool click) {
   return {.release = click ? Release::hand_over : Release::as_stroke};
 }
 
-Step Gesture::control() { return state_ == State::drawing ? cancel(Release::hand_over) : Step{}; }
+Step Gesture::control() {
+  return state_ == State::drawing ? cancel(Release::hand_over) : Step{};
+}
 
-Step Gesture::stop() { return state_ != State::idle ? cancel(Release::hand_over) : Step{}; }
+Step Gesture::stop() {
+  return state_ != State::idle ? cancel(Release::hand_over) : Step{};
+}
 
-Step Gesture::escape() { return state_ == State::drawing ? cancel(Release::swallow) : Step{}; }
+Step Gesture::escape() {
+  return state_ == State::drawing ? cancel(Release::swallow) : Step{};
+}
 
 Step Gesture::device_gone(std::uint16_t device) {
   for (Press& press : presses_) {

@@ -9,6 +9,11 @@
 
 namespace hooklib {
 
+// The wheel is four buttons, by old custom. Turning it says nothing about a drawing.
+constexpr bool is_wheel(std::uint32_t button) {
+  return button >= 4 && button <= 7;
+}
+
 // A button of one device, as the device numbers it. Two mice have two left buttons.
 struct Contact {
   std::uint16_t device;
@@ -18,26 +23,26 @@ struct Contact {
 
 // How a frozen press is let go.
 enum class Release {
-  none,        // it is still ours, or there was none
-  hand_over,   // the application gets the press and all that followed, as if we had never been there
-  swallow,     // the application gets nothing, up to the moment the button comes up
-  as_stroke,   // as swallow, and the stroke is reported
+  none,       // it is still ours, or there was none
+  hand_over,  // the application gets the press and all that followed, as if we had never been there
+  swallow,    // the application gets nothing, up to the moment the button comes up
+  as_stroke,  // as swallow, and the stroke is reported
 };
 
 // What is to be done now. The parts are done in this order.
 struct Step {
-  bool begin = false;    // start recording the pointer's way
-  bool end = false;      // stop recording and take the trail off the screen
+  bool begin = false;  // start recording the pointer's way
+  bool end = false;    // stop recording and take the trail off the screen
   Release release = Release::none;
   bool operator==(const Step&) const = default;
 };
 
 class Gesture {
  public:
-  // A device's button went down or came up, at this time of the server's clock. Always told before the server tells of
+  // A device's button went down, at this time of the server's clock, or came up. Always told before the server tells of
   // the press that it froze, and also while it freezes.
   Step button_down(Contact contact, std::uint32_t time_ms);
-  Step button_up(Contact contact, std::uint32_t time_ms);
+  Step button_up(Contact contact);
 
   // The server froze a press of the right button made at this time. `wanted` is false if the press is not for drawing:
   // Ctrl is held, or drawing is stopped.
@@ -58,8 +63,6 @@ class Gesture {
   bool drawing() const { return state_ == State::drawing; }
   // The button is up, but what was recorded is not all there yet.
   bool finishing() const { return state_ == State::finishing; }
-  // Time of the release that ended the drawing; meaningful while finishing.
-  std::uint32_t release_time_ms() const { return release_time_ms_; }
 
  private:
   enum class State { idle, drawing, finishing };
@@ -73,7 +76,6 @@ class Gesture {
 
   State state_ = State::idle;
   Contact drawn_with_{};
-  std::uint32_t release_time_ms_ = 0;
   // The latest presses, so that a frozen one can be traced to its device: the server tells of it without.
   std::array<Press, 16> presses_{};
   std::size_t next_press_ = 0;

@@ -33,7 +33,9 @@ std::string guard_path() {
 
 // A plain copy of this process. Unlike fork() it sends no signal when it ends, and a program that waits for its own
 // children never meets it.
-pid_t silent_fork() { return static_cast<pid_t>(syscall(SYS_clone, 0L, nullptr, nullptr, nullptr, nullptr)); }
+pid_t silent_fork() {
+  return static_cast<pid_t>(syscall(SYS_clone, 0L, nullptr, nullptr, nullptr, nullptr));
+}
 
 // In the copy: only system calls from here on, since other threads may have held any lock when it was made.
 [[noreturn]] void become_guard(const char* path, int socket) {
@@ -67,7 +69,9 @@ bool becomes_ready(int socket) {
 
 }  // namespace
 
-Guard::~Guard() { stop(); }
+Guard::~Guard() {
+  stop();
+}
 
 void Guard::stop() {
   if (socket_ >= 0) close(socket_);
@@ -93,16 +97,20 @@ void Guard::watch(xcb_window_t resource) {
   if (socket_ >= 0) send_message(socket_, {GuardMessage::Kind::watch, resource});
 }
 
-void Guard::answer(bool drawing) {
+bool Guard::asked() {
+  bool pinged = false;
   GuardMessage message{};
   while (socket_ >= 0) {
     const ssize_t size = recv(socket_, &message, sizeof message, MSG_DONTWAIT);
     if (size == 0) stop();
-    if (size != static_cast<ssize_t>(sizeof message)) return;
-    if (message.kind == GuardMessage::Kind::ping) {
-      send_message(socket_, {GuardMessage::Kind::pong, drawing ? 1U : 0U});
-    }
+    if (size != static_cast<ssize_t>(sizeof message)) break;
+    pinged |= message.kind == GuardMessage::Kind::ping;
   }
+  return pinged;
+}
+
+void Guard::answer(bool drawing) {
+  if (socket_ >= 0) send_message(socket_, {GuardMessage::Kind::pong, drawing ? 1U : 0U});
 }
 
 }  // namespace hooklib

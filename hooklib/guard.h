@@ -20,7 +20,9 @@ class Guard {
   void start();
   // Has the connection that owns `resource` cut if the hook hangs from now on; with 0, none.
   void watch(xcb_window_t resource);
-  // Answers what the guard has asked. `drawing`: it asks again, shortly, until the drawing is over.
+  // Whether the guard has asked, since the last look, if the hook is alive.
+  bool asked();
+  // The answer: it is. While `drawing`, the guard asks again, shortly, until the drawing is over.
   void answer(bool drawing);
   // Readable when the guard has asked; -1 if there is none.
   int descriptor() const { return socket_; }

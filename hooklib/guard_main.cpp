@@ -70,7 +70,7 @@ class Watch {
     }
   }
 
-  // Any press may be one that the server has just frozen for the hook. The wheel never is.
+  // Any press, of any device, may be one that the server has just frozen for the hook. The wheel never is.
   void see(const xcb_generic_event_t& event) {
     if ((event.response_type & 0x7f) != XCB_GE_GENERIC) return;
     const auto& press = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
@@ -82,8 +82,7 @@ class Watch {
     if (guarded_ == 0 || deadline_) return;
     const GuardMessage message{GuardMessage::Kind::ping, 0};
     // A hook that does not even read gets no answer out in time either.
-    [[maybe_unused]] const ssize_t sent =
-        send(guard_descriptor, &message, sizeof message, MSG_DONTWAIT | MSG_NOSIGNAL);
+    [[maybe_unused]] const ssize_t sent = send(guard_descriptor, &message, sizeof message, MSG_DONTWAIT | MSG_NOSIGNAL);
     deadline_ = Clock::now() + patience;
   }
 
@@ -120,7 +119,7 @@ bool watch_presses(xcb_connection_t* display) {
   const struct {
     xcb_input_event_mask_t head;
     std::uint32_t mask;
-  } selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS};
+  } selection{{XCB_INPUT_DEVICE_ALL, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS};
   const std::unique_ptr<xcb_generic_error_t, Free> refused(
       xcb_request_check(display, xcb_input_xi_select_events_checked(display, root, 1, &selection.head)));
   return !refused;

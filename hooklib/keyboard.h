@@ -1,8 +1,5 @@
-// What the hook knows of keyboards: which key codes are Ctrl and Escape, and which devices are no keyboards at all but
-// programs that type.
+// Which key codes are Ctrl and Escape.
 #pragma once
-
-#include <xcb/xinput.h>
 
 #include <cstdint>
 #include <vector>
@@ -18,13 +15,9 @@ class Keyboard {
 
   // To be called when the server says that the mapping (of modifiers, or of key symbols) has changed.
   void mapping_changed(std::uint8_t request);
-  // To be called when devices came or went.
-  void devices_changed();
 
   bool is_control(std::uint32_t code) const;
   bool is_escape(std::uint32_t code) const;
-  // True if what this device sends was injected by a program.
-  bool is_injected(std::uint16_t device) const;
   // Whether any Ctrl key is down now, as the server sees it.
   bool control_is_down() const;
 
@@ -35,7 +28,6 @@ class Keyboard {
   Display& display_;
   std::vector<std::uint32_t> control_codes_;
   std::vector<std::uint32_t> escape_codes_;
-  std::vector<std::uint16_t> injecting_devices_;
 };
 
 }  // namespace hooklib

@@ -5,15 +5,18 @@
 #include <cstddef>
 #include <cstring>
 
+#include "hooklib/gesture.h"
+
 namespace hooklib {
 namespace {
 
 // Kinds of reply in a recording, and the size of one event in it.
 constexpr std::uint8_t from_server = 0;
+constexpr std::uint8_t start_of_data = 4;
 constexpr std::uint8_t end_of_data = 5;
 constexpr std::size_t event_size = 32;
 
-void hand_on(const xcb_record_enable_context_reply_t& reply, const std::function<void(const Sample&)>& sink) {
+void hand_on(const xcb_record_enable_context_reply_t& reply, const Recording::Sink& sink) {
   const std::uint8_t* data = xcb_record_enable_context_data(&reply);
   const auto length = static_cast<std::size_t>(xcb_record_enable_context_data_length(&reply));
   for (std::size_t at = 0; at + event_size <= length; at += event_size) {
@@ -21,35 +24,39 @@ void hand_on(const xcb_record_enable_context_reply_t& reply, const std::function
     xcb_motion_notify_event_t event;
     static_assert(sizeof(event) == event_size);
     std::memcpy(&event, data + at, event_size);
-    sink({static_cast<double>(event.root_x), static_cast<double>(event.root_y), event.time});
+    const bool release = (event.response_type & 0x7f) == XCB_BUTTON_RELEASE && !is_wheel(event.detail);
+    sink({static_cast<double>(event.root_x), static_cast<double>(event.root_y), event.time}, release);
   }
 }
 
 }  // namespace
 
 void Recording::begin() {
-  xcb_connection_t* data = display_.data.get();
-  while (open_) {
-    // A drawing was cancelled a moment ago, and the server was told to stop before it gave us the next press: the end
-    // of the old stream is on its way.
-    const Held<xcb_record_enable_context_reply_t> stale(xcb_record_enable_context_reply(data, {stream_}, nullptr));
-    open_ = stale && stale->category != end_of_data;
-  }
-  stream_ = xcb_record_enable_context_unchecked(data, display_.recording).sequence;
+  // After a drawing that was cancelled the end of its stream is still on its way: the server was told to stop before it
+  // gave us this press.
+  wait_for(end_of_data);
+  stream_ = xcb_record_enable_context_unchecked(display_.data.get(), display_.recording).sequence;
   open_ = true;
   finished_ = false;
-  xcb_flush(data);
+  // Until the server has begun, an end() on the other connection could overtake this, and the stream would never end.
+  wait_for(start_of_data);
 }
 
-void Recording::end() { xcb_record_disable_context(display_.control.get(), display_.recording); }
-
-void Recording::flush() {
-  xcb_connection_t* control = display_.control.get();
-  const Held<xcb_get_input_focus_reply_t> answer(
-      xcb_get_input_focus_reply(control, xcb_get_input_focus(control), nullptr));
+// Waits for the next reply of this kind and drops those before it; an end of any sort closes the stream.
+void Recording::wait_for(std::uint8_t category) {
+  while (open_) {
+    const Held<xcb_record_enable_context_reply_t> reply(
+        xcb_record_enable_context_reply(display_.data.get(), {stream_}, nullptr));
+    open_ = reply && reply->category != end_of_data;
+    if (reply && reply->category == category) return;
+  }
 }
 
-bool Recording::take(const std::function<void(const Sample&)>& sink) {
+void Recording::end() {
+  xcb_record_disable_context(display_.control.get(), display_.recording);
+}
+
+bool Recording::take(const Sink& sink) {
   xcb_connection_t* data = display_.data.get();
   // Nothing is selected on this connection; asking for events is what reads its socket.
   while (const Held<xcb_generic_event_t> stray{xcb_poll_for_event(data)}) continue;

@@ -18,15 +18,17 @@ class Recording {
   void begin();
   // Asks the server to stop. What was recorded up to here comes first, then finished() is true.
   void end();
-  // The server keeps what it records until it has reason to send it: this is one.
-  void flush();
-  // Takes what has come, without waiting, and hands each position of the pointer to `sink`. True if anything came.
-  bool take(const std::function<void(const Sample&)>& sink);
+  // Where the pointer was, and whether a button, not the wheel, came up there.
+  using Sink = std::function<void(const Sample& sample, bool release)>;
+  // Takes what has come, without waiting, and hands it to `sink`. True if anything came.
+  bool take(const Sink& sink);
 
   // All that was recorded between begin() and end() has been handed on.
   bool finished() const { return finished_; }
 
  private:
+  void wait_for(std::uint8_t category);
+
   Display& display_;
   unsigned int stream_ = 0;  // sequence number of the request whose replies the recording is; 0 if none runs
   bool open_ = false;        // the server has not yet said that the stream is at its end

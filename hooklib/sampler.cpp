@@ -39,10 +39,14 @@ Bounds bounds_of(std::span<const Sample> events, double Sample::*axis) {
   return bounds;
 }
 
-double distance(const Sample& a, const Sample& b) { return std::hypot(b.x - a.x, b.y - a.y); }
+double distance(const Sample& a, const Sample& b) {
+  return std::hypot(b.x - a.x, b.y - a.y);
+}
 
 // Milliseconds from a to b, negative if b is earlier, across the wrap of the clock.
-std::int32_t elapsed(std::uint32_t a, std::uint32_t b) { return static_cast<std::int32_t>(b - a); }
+std::int32_t elapsed(std::uint32_t a, std::uint32_t b) {
+  return static_cast<std::int32_t>(b - a);
+}
 
 double path_length(std::span<const Sample> events) {
   double length = 0;
@@ -166,10 +170,6 @@ void Recorder::add(Sample sample) {
     samples_.push_back(sample);
   }
   if (++pending_ >= stride_) pending_ = 0;
-}
-
-void Recorder::end_at(std::uint32_t time_ms) {
-  while (samples_.size() > 1 && elapsed(time_ms, samples_.back().time_ms) > 0) samples_.pop_back();
 }
 
 void Recorder::halve() {

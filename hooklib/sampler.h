@@ -45,8 +45,6 @@ class Recorder {
   void begin(Sample press);
   // Takes the next sample, in order of time. Needs a press before it.
   void add(Sample sample);
-  // Drops what was recorded after `time_ms`, the moment of the release. The press stays.
-  void end_at(std::uint32_t time_ms);
   // What is held, in order; valid until the next call that changes it.
   std::span<const Sample> samples() const { return samples_; }
 

@@ -15,8 +15,8 @@ namespace {
 constexpr double trail_begin = 4.0;
 
 // Raw events carry no modifiers, and come whoever has the keyboard or the pointer.
-constexpr std::uint32_t idle_mask = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE |
-                                    XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
+constexpr std::uint32_t idle_mask = XCB_INPUT_XI_EVENT_MASK_HIERARCHY | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS |
+                                    XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
                                     XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
 constexpr std::uint32_t drawing_mask = idle_mask | XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
 
@@ -24,11 +24,6 @@ struct InputSelection {
   xcb_input_event_mask_t head;
   std::uint32_t mask;
 };
-
-void select(Display& display, xcb_input_device_id_t devices, std::uint32_t mask) {
-  const InputSelection selection{{devices, 1}, mask};
-  xcb_input_xi_select_events(display.control.get(), display.screen->root, 1, &selection.head);
-}
 
 }  // namespace
 
@@ -38,13 +33,15 @@ Session::Session(Display display, xcb_window_t window, Exchange& exchange, Guard
       exchange_(exchange),
       guard_(guard),
       control_keys_(control_keys),
+      devices_(display_),
       keyboard_(display_),
       grab_(display_),
       recording_(display_),
       trail_(display_) {
-  select(display_, XCB_INPUT_DEVICE_ALL, XCB_INPUT_XI_EVENT_MASK_HIERARCHY);
   select_input(false);
   catch_up_with_control_keys();
+  obey(exchange_.take_orders());
+  sync(display_.control.get());
 }
 
 bool Session::run() {
@@ -77,25 +74,43 @@ void Session::obey(const Exchange::Orders& orders) {
 // Does what has come in. False if there was nothing: only then may the thread sleep, since every answer that is waited
 // for may bring events along.
 bool Session::work() {
+  bool any = handle_events();
+  if (std::exchange(moved_, false) && gesture_.drawing()) {
+    // The server keeps what it records until it has reason to look at its clients: this is one.
+    sync(display_.control.get());
+    any = true;
+  }
+  any |= take_recording();
+  if (guard_.asked()) {
+    // It asks because of a press. The answer must not say that there is no drawing while one is about to begin.
+    sync(display_.control.get());
+    handle_events();
+    guard_.answer(gesture_.drawing() || gesture_.finishing());
+    any = true;
+  }
+  return any && display_.alive();
+}
+
+bool Session::handle_events() {
   bool any = false;
   while (const Held<xcb_generic_event_t> event{xcb_poll_for_event(display_.control.get())}) {
     handle(*event);
     any = true;
   }
-  if (std::exchange(moved_, false) && gesture_.drawing()) {
-    recording_.flush();
-    any = true;
-  }
-  if (recording_.take([this](const Sample& sample) {
-        if (!gesture_.drawing() && !gesture_.finishing()) return;
-        recorder_.add(sample);
-        undrawn_.push_back({sample.x, sample.y});
-      })) {
-    take_recording();
-    any = true;
-  }
-  guard_.answer(gesture_.drawing() || gesture_.finishing());
-  return any && display_.alive();
+  return any;
+}
+
+bool Session::take_recording() {
+  const bool any = recording_.take([this](const Sample& sample, bool release) {
+    if (path_complete_ || (!gesture_.drawing() && !gesture_.finishing())) return;
+    recorder_.add(sample);
+    undrawn_.push_back({sample.x, sample.y});
+    // No other button can be down: a press of one would have ended the drawing.
+    path_complete_ = release;
+  });
+  if (any && gesture_.drawing()) draw_trail();
+  if (any && gesture_.finishing() && recording_.finished()) conclude();
+  return any;
 }
 
 void Session::leave() {
@@ -105,9 +120,9 @@ void Session::leave() {
   stopped_ = true;
   guard_.watch(XCB_WINDOW_NONE);
   // A press that the server froze before it gave the button up is on its way.
-  recording_.flush();
+  sync(display_.control.get());
   while (work()) continue;
-  recording_.flush();
+  sync(display_.control.get());
 }
 
 void Session::handle(const xcb_generic_event_t& event) {
@@ -141,6 +156,10 @@ void Session::handle_input(const xcb_ge_generic_event_t& event) {
   const auto& button = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
   const auto& key = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
   const Contact contact{button.sourceid, button.detail};
+  if (event.event_type == XCB_INPUT_HIERARCHY) return handle_devices(event);
+  // Each event comes twice, from its device and from the master that unites them. The master's, too, are withheld while
+  // the pointer is frozen, and a device that is attached to no master does not count.
+  if (button.deviceid != button.sourceid || !devices_.is_attached(button.sourceid)) return;
   switch (event.event_type) {
     case XCB_INPUT_RAW_MOTION:
       moved_ = true;
@@ -149,7 +168,7 @@ void Session::handle_input(const xcb_ge_generic_event_t& event) {
       perform(gesture_.button_down(contact, button.time));
       break;
     case XCB_INPUT_RAW_BUTTON_RELEASE:
-      perform(gesture_.button_up(contact, button.time));
+      perform(gesture_.button_up(contact));
       break;
     case XCB_INPUT_RAW_KEY_PRESS:
       handle_key(key.sourceid, key.detail, true);
@@ -157,16 +176,13 @@ void Session::handle_input(const xcb_ge_generic_event_t& event) {
     case XCB_INPUT_RAW_KEY_RELEASE:
       handle_key(key.sourceid, key.detail, false);
       break;
-    case XCB_INPUT_HIERARCHY:
-      handle_devices(event);
-      break;
     default:
       break;
   }
 }
 
 void Session::handle_key(std::uint16_t source, std::uint32_t code, bool down) {
-  if (keyboard_.is_injected(source)) return;
+  if (devices_.is_injected(source)) return;
   if (down && keyboard_.is_escape(code)) perform(gesture_.escape());
   if (keyboard_.is_control(code) && down) {
     perform(gesture_.control());
@@ -186,7 +202,7 @@ void Session::handle_devices(const xcb_ge_generic_event_t& event) {
     perform(gesture_.device_gone(device.data->deviceid));
     if (control_keys_.device_gone(device.data->deviceid)) report(hook_key_up, key_control);
   }
-  keyboard_.devices_changed();
+  devices_.refresh();
 }
 
 void Session::perform(Step step) {
@@ -213,6 +229,7 @@ void Session::begin_drawing() {
   recorder_.begin(press_);
   undrawn_.clear();
   trail_shown_ = false;
+  path_complete_ = false;
   recording_.begin();
   select_input(true);
   SurroundingsQuestion question(display_);
@@ -222,9 +239,7 @@ void Session::begin_drawing() {
   moved_ = true;
 }
 
-void Session::take_recording() {
-  if (gesture_.finishing() && recording_.finished()) return conclude();
-  if (!gesture_.drawing()) return;
+void Session::draw_trail() {
   if (!trail_shown_) {
     for (const TrailPoint& point : undrawn_) {
       trail_shown_ |= std::hypot(point.x - press_.x, point.y - press_.y) >= trail_begin * surroundings_.density;
@@ -236,7 +251,6 @@ void Session::take_recording() {
 }
 
 void Session::conclude() {
-  recorder_.end_at(gesture_.release_time_ms());
   std::optional<std::vector<point_hook>> points = sample_stroke(recorder_.samples(), surroundings_.density);
   const Step step = gesture_.recorded(!points);
   perform(step);
@@ -250,7 +264,9 @@ void Session::conclude() {
   if (!reported) let_go(XCB_ALLOW_REPLAY_POINTER);
 }
 
-void Session::let_go(std::uint8_t mode) { xcb_allow_events(display_.control.get(), mode, XCB_CURRENT_TIME); }
+void Session::let_go(std::uint8_t mode) {
+  xcb_allow_events(display_.control.get(), mode, XCB_CURRENT_TIME);
+}
 
 void Session::report(int direction, int key) {
   xcb_client_message_event_t message{};
@@ -261,12 +277,12 @@ void Session::report(int direction, int key) {
   message.data.data32[0] = static_cast<std::uint32_t>(direction);
   message.data.data32[1] = static_cast<std::uint32_t>(key);
   // With no event mask it goes to the client that made the window.
-  xcb_send_event(display_.control.get(), 0, window_, XCB_EVENT_MASK_NO_EVENT,
-                 reinterpret_cast<const char*>(&message));
+  xcb_send_event(display_.control.get(), 0, window_, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&message));
 }
 
 void Session::select_input(bool motion) {
-  select(display_, XCB_INPUT_DEVICE_ALL_MASTER, motion ? drawing_mask : idle_mask);
+  const InputSelection selection{{XCB_INPUT_DEVICE_ALL, 1}, motion ? drawing_mask : idle_mask};
+  xcb_input_xi_select_events(display_.control.get(), display_.screen->root, 1, &selection.head);
 }
 
 // A Ctrl key that came up while there was no connection must not leave the program stopped.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "hooklib/button_grab.h"
+#include "hooklib/devices.h"
 #include "hooklib/display.h"
 #include "hooklib/exchange.h"
 #include "hooklib/gesture.h"
@@ -22,8 +23,9 @@ namespace hooklib {
 
 class Session {
  public:
-  // Reports go to `window`. `control_keys` are the Ctrl keys that were reported as down, over all sessions. All of
-  // these must outlive the session, but for the display, which it takes over.
+  // Takes the button, unless drawing is stopped or another instance has it. Reports go to `window`. `control_keys` are
+  // the Ctrl keys that were reported as down, over all sessions. All of these must outlive the session, but for the
+  // display, which it takes over.
   Session(Display display, xcb_window_t window, Exchange& exchange, Guard& guard, HeldKeys& control_keys);
 
   // Holds the button, records, reports. True when the program has asked to quit, false when the connection was lost;
@@ -32,6 +34,8 @@ class Session {
 
  private:
   bool work();
+  bool handle_events();
+  bool take_recording();
   void obey(const Exchange::Orders& orders);
   void leave();
 
@@ -42,7 +46,7 @@ class Session {
 
   void perform(Step step);
   void begin_drawing();
-  void take_recording();
+  void draw_trail();
   void conclude();
   void let_go(std::uint8_t mode);
   void report(int direction, int key);
@@ -55,6 +59,7 @@ class Session {
   Guard& guard_;
   HeldKeys& control_keys_;
 
+  Devices devices_;
   Keyboard keyboard_;
   ButtonGrab grab_;
   Recording recording_;
@@ -66,6 +71,7 @@ class Session {
   bool stopped_ = true;  // until the first orders are read
   bool moved_ = false;   // the pointer has moved since the last flush of the recording
   Sample press_{};
+  bool path_complete_ = false;  // up to the release of the button
   std::vector<TrailPoint> undrawn_;
   bool trail_shown_ = false;
 };

@@ -42,8 +42,7 @@ SurroundingsQuestion::SurroundingsQuestion(Display& display)
 Surroundings SurroundingsQuestion::answer() {
   xcb_connection_t* control = display_.control.get();
   const Held<xcb_get_property_reply_t> resources(xcb_get_property_reply(control, resources_, nullptr));
-  const Held<xcb_get_selection_owner_reply_t> compositor(
-      xcb_get_selection_owner_reply(control, compositor_, nullptr));
+  const Held<xcb_get_selection_owner_reply_t> compositor(xcb_get_selection_owner_reply(control, compositor_, nullptr));
   const Held<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(control, geometry_, nullptr));
   Surroundings found;
   if (resources) {

@@ -57,8 +57,8 @@ xcb_visualid_t visual_of_depth(const xcb_screen_t& screen, std::uint8_t wanted) 
 
 std::vector<xcb_rectangle_t> capsule(TrailPoint a, TrailPoint b, double radius) {
   const double length = std::hypot(b.x - a.x, b.y - a.y);
-  const TrailPoint side = length > 0 ? TrailPoint{-(b.y - a.y) / length * radius, (b.x - a.x) / length * radius}
-                                     : TrailPoint{0, 0};
+  const TrailPoint side =
+      length > 0 ? TrailPoint{-(b.y - a.y) / length * radius, (b.x - a.x) / length * radius} : TrailPoint{0, 0};
   std::vector<xcb_rectangle_t> rows;
   const auto bottom = static_cast<long>(std::floor(std::max(a.y, b.y) + radius));
   for (auto y = static_cast<long>(std::ceil(std::min(a.y, b.y) - radius)); y <= bottom; ++y) {
@@ -143,15 +143,15 @@ void Trail::open_blended() {
   pen_ = xcb_generate_id(control);
   const auto width = static_cast<std::uint32_t>(std::max(1L, std::lround(trail_width * surroundings_.density)));
   const std::uint32_t pen[] = {blended_colour, width, XCB_CAP_STYLE_ROUND, XCB_JOIN_STYLE_ROUND};
-  xcb_create_gc(control, pen_, window_,
-                XCB_GC_FOREGROUND | XCB_GC_LINE_WIDTH | XCB_GC_CAP_STYLE | XCB_GC_JOIN_STYLE, pen);
+  xcb_create_gc(control, pen_, window_, XCB_GC_FOREGROUND | XCB_GC_LINE_WIDTH | XCB_GC_CAP_STYLE | XCB_GC_JOIN_STYLE,
+                pen);
   xcb_map_window(control, window_);
 }
 
 void Trail::open_shaped() {
   const std::uint32_t values[] = {opaque_colour_, 1};
-  window_ = open_window(XCB_COPY_FROM_PARENT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT,
-                        values);
+  window_ =
+      open_window(XCB_COPY_FROM_PARENT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
   clear_shape(window_, XCB_SHAPE_SK_BOUNDING);
   segments_ = 0;
   xcb_map_window(display_.control.get(), window_);

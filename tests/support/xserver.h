@@ -17,7 +17,7 @@ namespace test_support {
 // there to end a test that fails, never to pace one that passes.
 bool eventually(const std::function<bool()>& condition, int deadline_ms = 20000);
 
-// A child process. It dies with the test program, whatever way that goes.
+// A child process. It ends with this object, and with the test program, whatever way that goes.
 class Process {
  public:
   Process() = default;
@@ -38,8 +38,8 @@ class Process {
   // Waits for the end and gives the exit status as of waitpid, or -1 if it has not ended by the deadline.
   int wait(int deadline_ms = 20000);
   void signal(int number) const;
-  // Ends it at once and waits until it is gone.
-  void kill();
+  // Ends it, with force if it does not listen, and waits until it is gone.
+  void end();
   // One line to its standard input.
   void write_line(const std::string& line) const;
   // The next line of its standard output without the line end; empty if none has come by the deadline.
@@ -96,16 +96,19 @@ class User {
   void key_down(unsigned long keysym);
   void key_up(unsigned long keysym);
   void type(unsigned long keysym);
-  // The button goes down at the first of these points and up at the last.
+  // Presses the button and trembles by a few pixels until the trail shows. A hand is slow beside the program, this user
+  // is not: a stroke made within the first fraction of a millisecond would be over before anybody watched.
+  // False if no trail appears; the button is down either way.
+  bool begin_stroke(int button, int x, int y);
+  // Goes along these points with the button held, from a visible start to a release at the last.
   void draw(int button, const std::vector<std::pair<int, int>>& path);
 
-  // Gives up what the XTEST devices, a program's injection, would send instead.
+  // The same as a program would do it, through the XTEST devices.
   void inject_key(unsigned long keysym, bool down);
   void inject_button(int button, bool down);
 
-  // Colours as 0xRRGGBB, row by row.
+  // What is on the screen, as 0xRRGGBB, row by row.
   std::vector<std::uint32_t> pixels(int x, int y, int width, int height);
-  std::uint32_t pixel(int x, int y);
 
  private:
   struct Devices;
