@@ -21,7 +21,6 @@ template <class Dialog>
 int run_in_front(QPointer<Dialog>& dialog) {
   dialog->setWindowFlag(Qt::WindowStaysOnTopHint);
   dialog->setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-  dialog->setWindowModality(Qt::ApplicationModal);
   return dialog->exec();
 }
 

@@ -102,6 +102,21 @@ std::vector<unsigned long> Stage::property(Window window, const char* name) cons
   return result;
 }
 
+bool Stage::something_shown() const {
+  Window root = None;
+  Window parent = None;
+  Window* windows = nullptr;
+  unsigned count = 0;
+  XQueryTree(display, DefaultRootWindow(display), &root, &parent, &windows, &count);
+  bool shown = false;
+  for (unsigned i = 0; i < count && !shown; ++i) {
+    XWindowAttributes now;
+    shown = XGetWindowAttributes(display, windows[i], &now) != 0 && now.map_state == IsViewable;
+  }
+  if (windows != nullptr) XFree(windows);
+  return shown;
+}
+
 bool Stage::has_state(Window window, const char* state) const {
   const auto states = property(window, "_NET_WM_STATE");
   return std::find(states.begin(), states.end(), atom(state)) != states.end();

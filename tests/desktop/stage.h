@@ -47,6 +47,8 @@ class Stage {
   std::uint32_t pixel(int x, int y) { return user->pixels(x, y, 1, 1).front(); }
   // A property of a window as 32-bit items.
   std::vector<unsigned long> property(Window window, const char* name) const;
+  // Whether the screen shows any window, where no window manager keeps windows of its own there.
+  bool something_shown() const;
   bool has_state(Window window, const char* state) const;
   // Sends a message of format 32 to a window, or about it to the window manager.
   void send(Window to, Window about, const char* type, const std::vector<long>& data) const;
