@@ -48,6 +48,7 @@ void Recording::wait_for(std::uint8_t category) {
     const Held<xcb_record_enable_context_reply_t> reply(
         xcb_record_enable_context_reply(display_.data.get(), {stream_}, nullptr));
     open_ = reply && reply->category != end_of_data;
+    finished_ = !open_;
     if (reply && reply->category == category) return;
   }
 }

@@ -23,7 +23,8 @@ class Recording {
   // Takes what has come, without waiting, and hands it to `sink`. True if anything came.
   bool take(const Sink& sink);
 
-  // All that was recorded between begin() and end() has been handed on.
+  // All that was recorded between begin() and end() has been handed on; or the server records nothing, for what reason
+  // ever.
   bool finished() const { return finished_; }
 
  private:

@@ -101,7 +101,7 @@ bool Session::handle_events() {
 }
 
 bool Session::take_recording() {
-  const bool any = recording_.take([this](const Sample& sample, bool release) {
+  bool any = recording_.take([this](const Sample& sample, bool release) {
     if (path_complete_ || (!gesture_.drawing() && !gesture_.finishing())) return;
     recorder_.add(sample);
     undrawn_.push_back({sample.x, sample.y});
@@ -109,7 +109,10 @@ bool Session::take_recording() {
     path_complete_ = release;
   });
   if (any && gesture_.drawing()) draw_trail();
-  if (any && gesture_.finishing() && recording_.finished()) conclude();
+  if (gesture_.finishing() && recording_.finished()) {
+    conclude();
+    any = true;
+  }
   return any;
 }
 

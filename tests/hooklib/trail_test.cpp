@@ -40,7 +40,8 @@ TEST_P(TrailOn, IsDrawnAndLeavesNothing) {
   user->move_to(900, 600);
   ASSERT_TRUE(eventually([&] { return user->pixels(600, 400, 1, 1).front() == 0x808080; }));
   const auto before = screen();
-  for (const auto& [dpi, width] : {std::pair("96", 3L), std::pair("192", 6L)}) {
+  for (const auto& [dpi, pixels] : {std::pair("96", 3L), std::pair("192", 6L)}) {
+    const long width = pixels;
     set_dpi(dpi);
     for (const bool cancel : {false, true}) {
       SCOPED_TRACE(testing::Message() << dpi << " dpi, cancelled " << cancel);

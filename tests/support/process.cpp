@@ -11,8 +11,6 @@
 
 #include "tests/support/xserver.h"
 
-extern char** environ;
-
 namespace test_support {
 namespace {
 
@@ -23,6 +21,7 @@ constexpr int end_limit_ms = 5000;
 
 std::vector<char*> pointers_to(const std::vector<std::string>& strings) {
   std::vector<char*> pointers;
+  pointers.reserve(strings.size() + 1);
   for (const std::string& string : strings) pointers.push_back(const_cast<char*>(string.c_str()));
   pointers.push_back(nullptr);
   return pointers;
@@ -116,7 +115,7 @@ std::string Process::read_line(int deadline_ms) {
   for (;;) {
     const std::size_t end = buffered_.find('\n');
     if (end != std::string::npos) {
-      const std::string line = buffered_.substr(0, end);
+      std::string line = buffered_.substr(0, end);
       buffered_.erase(0, end + 1);
       return line;
     }

@@ -86,6 +86,13 @@ struct User::Devices {
   XDevice* mouse = nullptr;
   XDevice* keyboard = nullptr;
 
+  Devices() = default;
+  Devices(const Devices&) = delete;
+  Devices& operator=(const Devices&) = delete;
+  ~Devices() {
+    if (mouse != nullptr) XCloseDevice(display.get(), mouse);
+    if (keyboard != nullptr) XCloseDevice(display.get(), keyboard);
+  }
   XDevice* open(const char* name) const {
     int count = 0;
     XDeviceInfo* all = XListInputDevices(display.get(), &count);
