@@ -16,10 +16,6 @@ namespace {
 constexpr std::uint8_t key_caps_lock = 0x14;
 constexpr std::uint8_t key_num_lock = 0x90;
 constexpr std::uint8_t key_scroll_lock = 0x91;
-constexpr std::uint8_t key_control = 0x11;
-constexpr std::uint8_t key_left_windows = 0x5B;
-// The letters that the program strikes with a modifier.
-constexpr Symbol shortcut_letters[] = {XK_a, XK_c, XK_l, XK_v, XK_x};
 constexpr std::uint8_t down_bit = 0x80;
 constexpr std::uint8_t on_bit = 0x01;
 
@@ -39,7 +35,6 @@ class DesktopInput::Session {
 
   void press(std::uint8_t key) {
     keyboard_.refresh();
-    if (key == key_control || key == key_left_windows) prepare_shortcuts();
     const int group = keyboard_.group();
     const auto place = place_of(key, group);
     if (!place) return;
@@ -118,17 +113,6 @@ class DesktopInput::Session {
     std::uint8_t code;  // the release goes to the key that was pressed, even if the layout has changed meanwhile
     std::optional<int> group_before;  // to be put back with the release
   };
-
-  // Borrows the letters that a layout of another script lacks before the modifier goes down: programs that have never
-  // had a key read the key map with the first one, and some miss what changes while they do.
-  void prepare_shortcuts() {
-    std::vector<Symbol> missing;
-    for (const Symbol letter : shortcut_letters) {
-      const auto place = keyboard_.find(letter, 0);
-      if (!place || keyboard_.spares().borrowed(place->code)) missing.push_back(letter);
-    }
-    keyboard_.borrow(missing);
-  }
 
   std::optional<KeyPlace> place_of(std::uint8_t key, int group) {
     const auto symbols = symbols_of_key(key);

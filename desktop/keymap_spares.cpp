@@ -78,9 +78,7 @@ bool SpareKeys::assign(const std::vector<Symbol>& symbols) {
   for (Slot& slot : slots_) oldest.push_back(&slot);
   std::stable_sort(oldest.begin(), oldest.end(), [](const Slot* a, const Slot* b) { return a->used < b->used; });
   oldest.resize(missing.size());
-  if (std::any_of(oldest.begin(), oldest.end(), [](const Slot* slot) { return slot->symbol != no_symbol; })) {
-    settle_if_typed();
-  }
+  settle_if_typed();
   for (std::size_t i = 0; i < missing.size(); ++i) {
     oldest[i]->symbol = missing[i];
     oldest[i]->used = uses_;
@@ -108,6 +106,8 @@ void SpareKeys::write(const std::vector<const Slot*>& slots) {
   }
 }
 
+// Keys that are still to be read would be read by the new map; and some programs that have never had a key read the map
+// with their first one, and miss what changes while they do.
 void SpareKeys::settle_if_typed() {
   if (std::chrono::steady_clock::now() - typed_ < surely_taken_up) connection_.settle();
 }

@@ -38,8 +38,8 @@ void KeyTest::SetUp() {
   server.make_current();
 }
 
-void KeyTest::listen(Answers answers) {
-  listener_ = Process({LISTENER, answers == Answers::pings ? "ping" : "deaf"}, {server.environment()}, true);
+void KeyTest::listen(const std::string& behaviour) {
+  listener_ = Process({LISTENER, behaviour}, {server.environment()}, true);
   ASSERT_EQ(listener_.read_line(), "ready");
 }
 

@@ -10,11 +10,9 @@
 
 class KeyTest : public testing::Test {
  protected:
-  // How a window can be told to be done with its keys, or not at all.
-  enum class Answers { pings, nothing };
-
   void SetUp() override;
-  void listen(Answers answers = Answers::pings);
+  // Starts the window with the keyboard; see listener.cpp for how it may behave.
+  void listen(const std::string& behaviour = "pings");
 
   // Sets the keyboard layout: "us", "fr bepo", "us,ru".
   static void set_layout(const std::string& layout);

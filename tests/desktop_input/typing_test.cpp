@@ -120,19 +120,19 @@ TEST_F(Typing, ModifiersThatTheUserHoldsAreLetGoOf) {
 
 TEST_F(Typing, MoreForeignCharactersThanThereAreSpareKeys) {
   const std::string before = key_maps();
-  for (const Answers answers : {Answers::pings, Answers::nothing}) {
-    listen(answers);
+  for (const std::string behaviour : {"pings", "lazy", "deaf"}) {
+    listen(behaviour);
     std::optional<DesktopInput> input(std::in_place);
     // Forty, then some of them again, then others straight behind.
     for (const std::string& text : {row_of(0x4E00, 40), row_of(0x4E10, 10) + row_of(0x0430, 5), row_of(0x1200, 19)}) {
       input->SendKeys(text, false);
       input->SendKeys("a", false);
-      EXPECT_EQ(typed(), text + "a");
+      EXPECT_EQ(typed(), text + "a") << behaviour;
     }
     // The last word is still on its way when the keys are given back.
     input->SendKeys(row_of(0x0E01, 19), false);
     input.reset();
-    EXPECT_EQ(typed(), row_of(0x0E01, 19));
+    EXPECT_EQ(typed(), row_of(0x0E01, 19)) << behaviour;
   }
   EXPECT_EQ(key_maps(), before);
 }
@@ -166,8 +166,8 @@ TEST_F(Typing, TheGroupInForceStays) {
   DesktopInput input;
   input.SendKeys("Да, yes: щ^C", false);
   EXPECT_EQ(heard().back(), "4 c");
-  input.SendKeys("Да, yes: щ", false);
-  EXPECT_EQ(typed(), "Да, yes: щ");
+  input.SendKeys("Да, щ: yes", false);
+  EXPECT_EQ(typed(), "Да, щ: yes");
   EXPECT_EQ(locked(), "locked 0, group 1");
 }
 
