@@ -23,7 +23,8 @@ class DesktopInput : public platform::Input {
   ~DesktopInput() override;
 
   void keybd_event(std::uint8_t key, std::uint8_t scan, std::uint32_t flags, std::uint32_t extra) override;
-  // Characters arrive as written whatever locks are on and modifiers held: locks are put back afterwards, a modifier
+  // With Ctrl or Alt a letter stands for its key, whatever its case: "^C" is Ctrl+C. All other characters arrive as
+  // written whatever locks are on and modifiers held: locks are put back afterwards, a modifier
   // that the user holds is let go of for good.
   void SendKeys(std::string_view text, bool wait) override;
   // Scroll Lock is read from its light: most layouts give it no other state.
