@@ -15,13 +15,11 @@ QString text_of(std::string_view text) {
   return to_toolkit(std::string(text));
 }
 
-// Puts a dialog in front of the program's own windows, which are in front of all others, and runs it. The box may go
-// with the window it belongs to: its pointer is null then.
-template <class Dialog>
-int run_in_front(QPointer<Dialog>& dialog) {
-  dialog->setWindowFlag(Qt::WindowStaysOnTopHint);
-  dialog->setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-  return dialog->exec();
+// Puts a dialog in front of the program's own windows, which are in front of all others, and runs it. It may go with
+// the window it belongs to before this returns.
+int run_in_front(QDialog& dialog) {
+  dialog.setWindowFlag(Qt::WindowStaysOnTopHint);
+  return dialog.exec();
 }
 
 }  // namespace
@@ -54,18 +52,17 @@ int DesktopDialogs::MsgBox(std::string_view text, int style, std::string_view ti
     box->setDefaultButton(add("OK", QMessageBox::AcceptRole, platform::vbOK));
     if (buttons == platform::vbOKCancel) add("Annuler", QMessageBox::RejectRole, platform::vbCancel);
   }
-  auto shown = box;
-  run_in_front(shown);
+  run_in_front(*box);
   const QAbstractButton* pressed = box != nullptr ? box->clickedButton() : nullptr;
   const int answer = pressed != nullptr ? pressed->property("answer").toInt() : closed;
-  delete box;
+  if (box != nullptr) box->deleteLater();
   return answer;
 }
 
 std::string DesktopDialogs::InputBox(std::string_view prompt, std::string_view title, std::string_view fallback) {
   if (events_.ended()) return {};
   constexpr int width = 360;  // room for the longest name of a patron
-  QPointer<QInputDialog> box = new QInputDialog(windows_.dialog_owner());
+  const QPointer<QInputDialog> box = new QInputDialog(windows_.dialog_owner());
   box->setInputMode(QInputDialog::TextInput);
   box->setWindowTitle(text_of(title));
   box->setLabelText(text_of(prompt));
@@ -73,9 +70,9 @@ std::string DesktopDialogs::InputBox(std::string_view prompt, std::string_view t
   box->setOkButtonText(QStringLiteral("OK"));
   box->setCancelButtonText(QStringLiteral("Annuler"));
   box->resize(width, box->sizeHint().height());
-  const bool accepted = run_in_front(box) == QDialog::Accepted && box != nullptr;
+  const bool accepted = run_in_front(*box) == QDialog::Accepted && box != nullptr;
   std::string answer = accepted ? from_toolkit(box->textValue()) : std::string();
-  delete box;
+  if (box != nullptr) box->deleteLater();
   return answer;
 }
 

@@ -9,6 +9,8 @@
 namespace desktop {
 
 struct FormLink {
+  FormLink(platform::Form& linked, DesktopEvents& served) : form(&linked), events(served) {}
+
   platform::Form* form;  // null once the form is unloaded: it may be gone then, and its controls with it
   DesktopEvents& events;
   bool pressed = false;  // a mouse button is held that went down on the form

@@ -22,7 +22,7 @@ using platform::Kind;
 static constexpr int longest_settling = 1000;
 
 FormWindow::FormWindow(platform::Form& form, DesktopEvents& events, const X11& x11)
-    : form_(form), events_(events), x11_(x11), link_(std::make_shared<FormLink>(&form, events)) {
+    : form_(form), events_(events), x11_(x11), link_(std::make_shared<FormLink>(form, events)) {
   if (!form.windowless) make_window();
   form.host = this;
   for (Control* control : form.Controls) {

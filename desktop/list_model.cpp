@@ -29,7 +29,7 @@ QIcon ListModel::icon(const platform::IconReference& reference, const platform::
   if (image->pixels == nullptr) return icon_of(image->picture);
   const platform::Canvas& canvas = *image->pixels;
   QImage pixels(reinterpret_cast<const uchar*>(canvas.pixels().data()), canvas.width(), canvas.height(),
-                canvas.width() * 4, QImage::Format_ARGB32);
+                QImage::Format_ARGB32);
   pixels.setDevicePixelRatio(canvas.density());
   QIcon result;
   // The selected row shows the same picture, not one in the colours of the selection.

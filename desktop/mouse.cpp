@@ -1,6 +1,7 @@
 #include "desktop/mouse.h"
 
 #include <QtMath>
+#include <algorithm>
 #include <utility>
 
 #include "desktop/style.h"
@@ -29,12 +30,10 @@ int shift_state(Qt::KeyboardModifiers modifiers) {
 }
 
 platform::Label* label_at(const platform::Surface& surface, QPoint at) {
-  for (auto child = surface.children.rbegin(); child != surface.children.rend(); ++child) {
-    if ((*child)->kind() == platform::Kind::label && (*child)->Visible && place_of(**child).contains(at)) {
-      return static_cast<platform::Label*>(*child);
-    }
-  }
-  return nullptr;
+  const auto hit = std::find_if(surface.children.rbegin(), surface.children.rend(), [&](const Control* child) {
+    return child->kind() == platform::Kind::label && child->Visible && place_of(*child).contains(at);
+  });
+  return hit == surface.children.rend() ? nullptr : static_cast<platform::Label*>(*hit);
 }
 
 MouseRouter::MouseRouter(std::shared_ptr<FormLink> link, QWidget& widget, Control* control, platform::Surface* surface)

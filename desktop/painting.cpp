@@ -170,7 +170,7 @@ void paint_control(QPainter& painter, const platform::Control& control) {
 void paint_canvas(QPainter& painter, const platform::Canvas& canvas) {
   if (canvas.width() == 0 || canvas.height() == 0) return;
   const auto* bytes = reinterpret_cast<const uchar*>(canvas.pixels().data());
-  const QImage image(bytes, canvas.width(), canvas.height(), canvas.width() * 4, QImage::Format_ARGB32);
+  const QImage image(bytes, canvas.width(), canvas.height(), QImage::Format_ARGB32);
   const QSizeF size = QSizeF(image.size()) / canvas.density();
   const QPointF corner = snapped(painter, QRectF(QPointF(0, 0), size)).topLeft();
   painter.drawImage(QRectF(corner, size), image);

@@ -71,8 +71,8 @@ xcb_window_t X11::client_inside(xcb_window_t frame, int depth) const {
   if (is_client(frame)) return frame;
   const auto inside = depth > 0 ? family(frame) : std::nullopt;
   if (!inside) return XCB_NONE;
-  for (auto child = inside->children.rbegin(); child != inside->children.rend(); ++child) {
-    if (const xcb_window_t client = client_inside(*child, depth - 1); client != XCB_NONE) return client;
+  for (std::size_t i = inside->children.size(); i-- > 0;) {
+    if (const xcb_window_t client = client_inside(inside->children[i], depth - 1); client != XCB_NONE) return client;
   }
   return XCB_NONE;
 }

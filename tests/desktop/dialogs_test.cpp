@@ -48,7 +48,7 @@ class DialogsTest : public testing::Test {
   int message(int style, const std::function<void(Window)>& act) {
     return ask<int>([&, style] { return stage.services().dialogs.MsgBox("Êtes-vous sûr?", style, "Essai"); }, act);
   }
-  std::function<void(Window)> keys(std::vector<unsigned long> all) {
+  std::function<void(Window)> keys(const std::vector<unsigned long>& all) {
     return [this, all](Window) {
       for (const unsigned long key : all) stage.user->type(key);
     };
@@ -65,18 +65,18 @@ class DialogsTest : public testing::Test {
 TEST_F(DialogsTest, EveryWayOutHasItsAnswer) {
   const struct {
     int style;
-    std::vector<unsigned long> keys;  // none: the box is closed by the window manager
     int answer;
+    std::vector<unsigned long> keys;  // none: the box is closed by the window manager
   } cases[] = {
-      {vbYesNo | vbInformation, {XK_Return}, vbYes},
-      {vbYesNo, {XK_Tab, XK_space}, vbNo},
-      {vbYesNo, {XK_Escape}, vbNo},
-      {vbYesNo | vbInformation | vbSystemModal, {}, vbNo},
-      {vbOKCancel, {XK_Return}, vbOK},
-      {vbOKCancel, {XK_Escape}, vbCancel},
-      {vbOKCancel | vbCritical, {}, vbCancel},
-      {vbCritical | vbSystemModal, {XK_space}, vbOK},
-      {vbInformation, {}, vbOK},
+      {vbYesNo | vbInformation, vbYes, {XK_Return}},
+      {vbYesNo, vbNo, {XK_Tab, XK_space}},
+      {vbYesNo, vbNo, {XK_Escape}},
+      {vbYesNo | vbInformation | vbSystemModal, vbNo, {}},
+      {vbOKCancel, vbOK, {XK_Return}},
+      {vbOKCancel, vbCancel, {XK_Escape}},
+      {vbOKCancel | vbCritical, vbCancel, {}},
+      {vbCritical | vbSystemModal, vbOK, {XK_space}},
+      {vbInformation, vbOK, {}},
   };
   for (const auto& one : cases) {
     SCOPED_TRACE(testing::Message() << "style " << one.style << ", " << one.keys.size() << " keys");

@@ -8,7 +8,6 @@ namespace {
 
 using platform::TextBox;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class KeyboardTest : public testing::Test {
  protected:

@@ -13,7 +13,6 @@ using platform::Label;
 using platform::MouseEvent;
 using platform::PictureBox;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 // Notes what controls hear: "name down 1 15,30", the button or the sum of those held, and the place; then Shift if any.
 class MouseTest : public testing::Test {

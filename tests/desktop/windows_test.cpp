@@ -18,7 +18,6 @@ using platform::AW_HIDE;
 using platform::HWND_NOTOPMOST;
 using platform::HWND_TOPMOST;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr std::uint32_t keep_place = 0x53;  // no size, no move, no activation, show
