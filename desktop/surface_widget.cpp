@@ -50,4 +50,11 @@ void SurfaceWidget::mouseMoveEvent(QMouseEvent* event) {
   mouse_.handle(*event);
 }
 
+// The pointer may come in and stop in one go: then no move follows, but it is over something new all the same.
+void SurfaceWidget::enterEvent(QEnterEvent* event) {
+  QMouseEvent move(QEvent::MouseMove, event->position(), event->scenePosition(), event->globalPosition(), Qt::NoButton,
+                   event->buttons(), event->modifiers(), event->pointingDevice());
+  mouseMoveEvent(&move);
+}
+
 }  // namespace desktop

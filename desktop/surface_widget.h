@@ -23,6 +23,7 @@ class SurfaceWidget : public QWidget, public Mirror {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
 
   const std::shared_ptr<FormLink>& link() const { return link_; }
 

@@ -6,7 +6,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using testing::StartsWith;
 
 // Starts on a file and stops; gives what is on the disk afterwards.
 struct Visit {

@@ -1,0 +1,156 @@
+#include <X11/keysym.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include "tests/program/desk.h"
+
+using test_support::eventually;
+using testing::ElementsAre;
+
+namespace {
+
+const Path corner = {{200, 300}, {200, 500}, {420, 500}};  // an L
+const Path slope = {{420, 300}, {200, 500}};               // falling to the left
+const Path peak = {{200, 500}, {310, 300}, {420, 500}};    // an upside-down V
+const Path scribble = {{200, 300}, {420, 320}, {210, 420}, {420, 330}, {205, 500}, {410, 510}, {300, 300}};
+
+std::string profile(const std::string& corner_action, const std::string& slope_action = "T:deux") {
+  return section("COIN", corner, corner_action) + section("PENTE", slope, slope_action);
+}
+
+// Presses the right button until the press is a drawing, which its trail shows. While the program has not yet answered
+// the release of Ctrl the press is the target's.
+bool begin_again(Desk& desk, Watcher& target, std::pair<int, int> at) {
+  const auto [x, y] = at;
+  constexpr std::uint32_t trail = 0x00FF00;
+  return eventually([&] {
+    const std::size_t before = target.events().size();
+    desk.user.move_to(x, y);
+    desk.user.press(3);
+    int tremble = 0;
+    const auto shown = [&] {
+      desk.user.move_to(x, y + 6 + ++tremble % 2);
+      return desk.user.pixels(x, y + 3, 1, 1).front() == trail;
+    };
+    eventually([&] { return shown() || target.events().size() > before; });
+    if (target.events().size() == before) return true;
+    desk.user.release(3);
+    return false;
+  });
+}
+
+TEST(Gesture, TypesItsTextIntoTheEditor) {
+  Desk desk(profile("T:Bonjour, ça va{ENTER}œuvre à 12 € {(}{+}5 {%}{)} ?"));
+  desk.start();
+  auto editor = desk.edit("lettre.txt");
+  desk.gesture(corner);
+  desk.expect_edited("lettre.txt", "Bonjour, ça va\nœuvre à 12 € (+5 %) ?");
+  desk.screenshot("recognised");
+}
+
+TEST(Gesture, OpensItsProgram) {
+  Desk desk(profile("P:xterm -T 'un titre'"));
+  desk.start();
+  Watcher screen(desk.server);
+  desk.draw(corner);
+  EXPECT_TRUE(eventually([&] { return !screen.managed().empty() && screen.managed().back() == "un titre"; }));
+  // It outlives Strokemind.
+  desk.program.signal(SIGTERM);
+  EXPECT_EQ(desk.program.wait(), 0);
+  EXPECT_THAT(screen.managed(), ElementsAre("un titre"));
+}
+
+TEST(Gesture, UnknownOrTooSoonOrOverTheMainWindowDoesNothing) {
+  Desk desk(profile("T:un."));
+  desk.start();
+  auto editor = desk.edit("a.txt");
+  desk.gesture(scribble);
+  EXPECT_TRUE(eventually([&] { return desk.informs() && !desk.verdict_stands(); })) << "Prêt...";
+  desk.gesture(corner);
+  desk.draw_now(slope);  // within 700 ms of the last: not recognised
+  // Released over the main window, though recognised.
+  desk.gesture({{900, 100}, {900, 200}, {1010, 200}});
+  desk.gesture(corner);
+  desk.expect_edited("a.txt", "un.un.");
+}
+
+TEST(RightButton, AClickOpensTheContextMenuAndItStays) {
+  Desk desk(profile("T:un."));
+  desk.start();
+  auto editor = desk.edit("a.txt");
+  Watcher screen(desk.server);
+  desk.user.move_to(300, 400);
+  desk.user.click(3);
+  ASSERT_TRUE(eventually([&] { return screen.popups() == 1; }));
+  // It goes on living under the hand: it follows the keyboard, and only Escape closes it.
+  for (int n = 0; n < 20; ++n) {
+    desk.user.type(XK_Down);
+    desk.user.move_to(500 + n, 600);
+    ASSERT_EQ(screen.popups(), 1);
+  }
+  desk.screenshot("menu");
+  desk.user.type(XK_Escape);
+  EXPECT_TRUE(eventually([&] { return screen.popups() == 0; }));
+}
+
+TEST(RightButton, UnderCtrlItIsTheApplications) {
+  Desk desk(profile("P:touch ~/ran"));
+  desk.start();
+  auto editor = desk.edit("a.txt");  // has the keyboard: keys pressed in the main window would count twice
+  Watcher target(desk.server, 100, 200, 700, 500);
+  // Each press of Ctrl stops the program and its release lets it go on, which the icon shows.
+  int icons = target.icon_changes("Strokemind");
+  const auto answered = [&] {
+    icons += 2;
+    return eventually([&] { return target.icon_changes("Strokemind") >= icons; });
+  };
+  // Ctrl held before the press: the drag reaches the target whole.
+  desk.user.key_down(XK_Control_L);
+  desk.drag(corner);
+  desk.user.key_up(XK_Control_L);
+  EXPECT_TRUE(eventually([&] { return !target.events().empty() && target.events().back() == "release 3"; }));
+  EXPECT_THAT(target.events(), ElementsAre("press 3", "motion", "release 3"));
+  EXPECT_FALSE(std::filesystem::exists(desk.path("ran")));
+
+  // Ctrl in mid-drawing cancels it and hands the button over.
+  ASSERT_TRUE(answered());
+  EXPECT_TRUE(begin_again(desk, target, corner.front()));
+  const std::size_t before = target.events().size();
+  desk.user.move_to(corner[1].first, corner[1].second);
+  desk.user.key_down(XK_Control_R);
+  desk.user.move_to(corner[2].first, corner[2].second);
+  desk.user.release(3);
+  desk.user.key_up(XK_Control_R);
+  EXPECT_TRUE(eventually([&] { return target.events().size() > before && target.events().back() == "release 3"; }));
+  EXPECT_EQ(target.events()[before], "press 3");
+  EXPECT_FALSE(std::filesystem::exists(desk.path("ran")));
+
+  // And the next drawing is one again.
+  ASSERT_TRUE(answered());
+  EXPECT_TRUE(begin_again(desk, target, corner.front()));
+  for (const auto& [to_x, to_y] : along(corner)) desk.user.move_to(to_x, to_y);
+  desk.user.release(3);
+  EXPECT_TRUE(eventually([&] { return std::filesystem::exists(desk.path("ran")); }));
+}
+
+TEST(Program, SavesAndGoesWhenAskedTo) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    Desk desk(profile("T:un."));
+    desk.start();
+    const std::string before = contents(desk.profile_path());
+    std::filesystem::remove(desk.profile_path());
+    desk.program.signal(signal);
+    EXPECT_EQ(desk.program.wait(), 0);
+    EXPECT_EQ(contents(desk.profile_path()), before) << "saved byte for byte";
+    // The button is free.
+    Watcher target(desk.server, 100, 200, 700, 500);
+    desk.drag(corner);
+    EXPECT_TRUE(eventually([&] { return target.events().size() == 3; }));
+  }
+}
+
+}  // namespace
