@@ -14,6 +14,7 @@ SurfaceWidget::SurfaceWidget(std::shared_ptr<FormLink> link, platform::Surface& 
     : QWidget(parent), link_(std::move(link)), surface_(surface), box_(box), mouse_(link_, *this, box, &surface) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
+  if (box != nullptr) setAccessibleName(QString::fromStdString(box->Name));
 }
 
 void SurfaceWidget::paintEvent(QPaintEvent* event) {
@@ -42,6 +43,7 @@ void SurfaceWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void SurfaceWidget::mouseMoveEvent(QMouseEvent* event) {
+  if (std::exchange(entered_at_, std::nullopt) == event->globalPosition()) return;
   if (event->buttons() == Qt::NoButton && link_->serving()) {
     const platform::Label* label = label_at(surface_, event->position().toPoint());
     const auto shape = label != nullptr && label->hand_pointer ? Qt::PointingHandCursor : Qt::ArrowCursor;
@@ -50,11 +52,14 @@ void SurfaceWidget::mouseMoveEvent(QMouseEvent* event) {
   mouse_.handle(*event);
 }
 
-// The pointer may come in and stop in one go: then no move follows, but it is over something new all the same.
+// The pointer may come in and stop in one go: then the toolkit has no move to tell, but it is over something new all
+// the same. The move that may follow at the same place is left out.
 void SurfaceWidget::enterEvent(QEnterEvent* event) {
+  if (childAt(event->position().toPoint()) != nullptr) return;
   QMouseEvent move(QEvent::MouseMove, event->position(), event->scenePosition(), event->globalPosition(), Qt::NoButton,
                    event->buttons(), event->modifiers(), event->pointingDevice());
   mouseMoveEvent(&move);
+  entered_at_ = event->globalPosition();
 }
 
 }  // namespace desktop

@@ -3,6 +3,7 @@
 
 #include <QWidget>
 #include <memory>
+#include <optional>
 
 #include "desktop/form_link.h"
 #include "desktop/mouse.h"
@@ -17,6 +18,10 @@ class SurfaceWidget : public QWidget, public Mirror {
   void sync() override { update(); }
   void release_capture() { mouse_.release_capture(); }
 
+  const std::shared_ptr<FormLink>& link() const { return link_; }
+  // To be looked at only while the link has its form.
+  platform::Surface& surface() const { return surface_; }
+
  protected:
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
@@ -25,11 +30,10 @@ class SurfaceWidget : public QWidget, public Mirror {
   void mouseMoveEvent(QMouseEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
 
-  const std::shared_ptr<FormLink>& link() const { return link_; }
-
  private:
   std::shared_ptr<FormLink> link_;
   platform::Surface& surface_;
+  std::optional<QPointF> entered_at_;  // where the pointer has come in and not moved since, on the screen
   platform::PictureBox* const box_;
   MouseRouter mouse_;
 };
