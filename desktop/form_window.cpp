@@ -124,7 +124,9 @@ void FormWindow::sync(Control& control) {
   QWidget& widget = *found->second.widget;
   if (const QRect place = place_of(control); widget.geometry() != place) widget.setGeometry(place);
   found->second.mirror->sync();
-  if (widget.isHidden() == control.Visible) widget.setVisible(control.Visible);
+  // Out of sight is out of the way too: a box that nobody sees must not have the keyboard, nor a caret that blinks.
+  const bool shown = control.Visible && (control.kind() == Kind::picture_box || within_sight(control));
+  if (widget.isHidden() == shown) widget.setVisible(shown);
 }
 
 void FormWindow::sync_form() {
