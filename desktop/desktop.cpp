@@ -12,10 +12,12 @@
 
 #include <unistd.h>
 
+#include "desktop/accessible.h"
 #include "desktop/clock.h"
 #include "desktop/dialogs.h"
 #include "desktop/events.h"
 #include "desktop/fonts.h"
+#include "desktop/french.h"
 #include "desktop/hook_loader.h"
 #include "desktop/input.h"
 #include "desktop/profile.h"
@@ -65,9 +67,12 @@ struct Desktop::Parts {
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(QStringLiteral("Strokemind"));
     QGuiApplication::setDesktopFileName(QStringLiteral("strokemind"));
+    QCoreApplication::installTranslator(&french);
+    install_accessible_labels();
   }
 
   Arguments arguments;
+  FrenchTexts french;
   QApplication application;
   const platform::Program program = running_program();
   X11 x11;

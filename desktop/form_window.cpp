@@ -6,6 +6,7 @@
 #include <QWindow>
 #include <utility>
 
+#include "desktop/accessible.h"
 #include "desktop/entries.h"
 #include "desktop/icons.h"
 #include "desktop/keys.h"
@@ -238,7 +239,9 @@ void FormWindow::repaint(Control* control) {
   }
   const QRect now = control->Visible ? painted_area(*control) : QRect();
   const QRect before = std::exchange(painted_[control], now);
-  if (!before.isEmpty() || !now.isEmpty()) holder(*control)->update(before.united(now));
+  if (before.isEmpty() && now.isEmpty()) return;
+  holder(*control)->update(before.united(now));
+  if (control->kind() == Kind::label) announce(*holder(*control), static_cast<platform::Label&>(*control));
 }
 
 void FormWindow::refresh(Control* control) {

@@ -15,7 +15,9 @@ QIcon icon_of(const platform::Picture& picture) {
   for (const int size : {16, 22, 24, 32, 48, 64, 128}) {
     const QString path =
         QStringLiteral(":/icons/strokemind-%1-%2.png").arg(QString::fromStdString(picture.resource)).arg(size);
-    if (QFile::exists(path)) icon.addFile(path, {size, size});
+    if (!QFile::exists(path)) continue;
+    // The same in a selected row: not tinted with the colour of the selection.
+    for (const auto mode : {QIcon::Normal, QIcon::Selected}) icon.addFile(path, {size, size}, mode);
   }
   return icon;
 }

@@ -82,6 +82,11 @@ void ListWidget::take_over() {
     view->setVisible(view == &shown());
   }
   setFocusProxy(&shown());
+  report_->header()->setStyleSheet(
+      QStringLiteral(
+          "QHeaderView { background: %1; } QHeaderView::section { background: %1; color: %2; padding: 1px 4px;"
+          " border: 0px solid %2; border-bottom-width: 1px; border-right-width: 1px; }")
+          .arg(colour(list_.BackColor).name(), colour(list_.ForeColor).name()));
 
   QScrollBar& across = *shown().horizontalScrollBar();
   QScrollBar& down = *shown().verticalScrollBar();
@@ -112,6 +117,10 @@ void ListWidget::arrange() {
     size = (QSizeF(first->pixels->width(), first->pixels->height()) / first->pixels->density()).toSize();
   }
   icons_->setIconSize(size);
+  // Icons stand in a grid, with room for two lines of text under each.
+  constexpr int beside = 24;
+  const int below = 2 * icons_->fontMetrics().height() + 8;
+  icons_->setGridSize(thumbnails ? size + QSize(beside, below) : QSize());
   report_->setIconSize({16, 16});
   for (std::size_t i = 0; i < list_.ColumnHeaders.size(); ++i) {
     report_->setColumnWidth(static_cast<int>(i), pixels(list_.ColumnHeaders[i].Width));
