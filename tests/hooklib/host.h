@@ -3,17 +3,24 @@
 #pragma once
 
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <dlfcn.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "platform/hook_contract.h"
+#include "tests/support/xserver.h"
 
 namespace hook_test {
 
+using Path = std::vector<std::pair<int, int>>;
 struct CloseDisplay {
   void operator()(Display* display) const { XCloseDisplay(display); }
 };
@@ -21,11 +28,20 @@ using DisplayHandle = std::unique_ptr<Display, CloseDisplay>;
 
 // The library, loaded as the program loads it.
 struct Library {
-  Library();
-  InitHook_t* InitHook;
-  EndHook_t* EndHook;
-  DLL_STOP_t* DLL_STOP;
-  ENVOIS_BUF_TMP_t* ENVOIS_BUF_TMP;
+  Library() {
+    for (const char* idle : {"DLL_Hook", "DLL_UnHook", "HelloWorld", "GetMessage"}) find<void()>(idle)();
+  }
+  template <class Function>
+  static Function* find(const char* name) {
+    void* const library = dlopen(HOOK_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    void* const function = library != nullptr ? dlsym(library, name) : nullptr;
+    if (function == nullptr) throw std::runtime_error(dlerror());
+    return reinterpret_cast<Function*>(function);
+  }
+  InitHook_t* InitHook = find<InitHook_t>("InitHook");
+  EndHook_t* EndHook = find<EndHook_t>("EndHook");
+  DLL_STOP_t* DLL_STOP = find<DLL_STOP_t>("DLL_STOP");
+  ENVOIS_BUF_TMP_t* ENVOIS_BUF_TMP = find<ENVOIS_BUF_TMP_t>("ENVOIS_BUF_TMP");
 };
 
 // Direction and key code of a report.
@@ -37,21 +53,44 @@ inline const Report control_up{hook_key_up, key_control};
 // A program with a window that is never shown, on the display of the environment.
 class Host {
  public:
-  Host();
   Library& library() { return library_; }
-  void init() { library_.InitHook(static_cast<std::uint32_t>(window_)); }
+  void init() {
+    XSync(display_.get(), False);
+    library_.InitHook(static_cast<std::uint32_t>(window_));
+  }
   // The last stroke as fetched into an array that was wiped before.
-  std::vector<std::pair<int, int>> fetch();
+  Path fetch() {
+    std::array<point_hook, hook_capacity> points{};
+    points.fill({-7, -7});
+    std::int32_t count = 0;
+    library_.ENVOIS_BUF_TMP(points.data(), &count);
+    Path fetched;
+    for (const point_hook& point : points) fetched.emplace_back(point.x, point.y);
+    const auto end = fetched.begin() + count;
+    if (std::count(end, fetched.end(), std::pair(-7, -7)) != fetched.end() - end) throw std::runtime_error("overrun");
+    fetched.erase(end, fetched.end());
+    return fetched;
+  }
   // All reports that have come so far, since the last forget().
-  const std::vector<Report>& reports();
+  const std::vector<Report>& reports() {
+    while (XPending(display_.get()) > 0) {
+      XEvent event;
+      XNextEvent(display_.get(), &event);
+      const XClientMessageEvent& message = event.xclient;
+      if (event.type == ClientMessage && message.message_type == atom_ && message.format == 32) {
+        reports_.emplace_back(message.data.l[0], message.data.l[1]);
+      }
+    }
+    return reports_;
+  }
   void forget() { reports_.clear(); }
   int descriptor() const { return ConnectionNumber(display_.get()); }
 
  private:
   Library library_;
-  DisplayHandle display_;
-  Window window_;
-  Atom atom_;
+  DisplayHandle display_{XOpenDisplay(nullptr)};
+  Window window_ = XCreateSimpleWindow(display_.get(), DefaultRootWindow(display_.get()), 0, 0, 10, 10, 0, 0, 0);
+  Atom atom_ = XInternAtom(display_.get(), hook_report_atom, False);
   std::vector<Report> reports_;
 };
 
@@ -59,19 +98,64 @@ class Host {
 // 500,400", "motion at 510,400", "release 3 at 510,400", in screen pixels.
 class Target {
  public:
-  explicit Target(const std::string& display);
+  explicit Target(const std::string& display) : display_(XOpenDisplay(display.c_str())) {
+    Display* const connection = display_.get();
+    const Window window =
+        XCreateSimpleWindow(connection, DefaultRootWindow(connection), 200, 100, 800, 600, 0, 0, 0x808080);
+    XSizeHints hints{};
+    hints.flags = USPosition;
+    XSetWMNormalHints(connection, window, &hints);
+    XSelectInput(connection, window, ButtonPressMask | ButtonReleaseMask | PointerMotionMask);
+    XMapWindow(connection, window);
+    const auto viewable = [&] {
+      XWindowAttributes attributes;
+      return XGetWindowAttributes(connection, window, &attributes) != 0 && attributes.map_state == IsViewable;
+    };
+    if (!test_support::eventually(viewable)) throw std::runtime_error("the window never appeared");
+  }
   // What has come so far, since the last forget(). Motion only if asked for.
-  std::vector<std::string> events(bool motion = false);
-  void forget();
+  std::vector<std::string> events(bool motion = false) {
+    while (XPending(display_.get()) > 0) {
+      XEvent event;
+      XNextEvent(display_.get(), &event);
+      const XButtonEvent& button = event.xbutton;
+      const std::string at = " at " + std::to_string(button.x_root) + "," + std::to_string(button.y_root);
+      if (event.type == ButtonPress) events_.push_back("press " + std::to_string(button.button) + at);
+      if (event.type == ButtonRelease) events_.push_back("release " + std::to_string(button.button) + at);
+      if (event.type == MotionNotify) events_.push_back("motion" + at);
+    }
+    std::vector<std::string> wanted = events_;
+    if (!motion) std::erase_if(wanted, [](const std::string& event) { return event.starts_with("motion"); });
+    return wanted;
+  }
+  void forget() {
+    events();
+    events_.clear();
+  }
   Display* display() const { return display_.get(); }
 
  private:
   DisplayHandle display_;
-  Window window_;
   std::vector<std::string> events_;
 };
 
 // Whether any client holds the right button of the whole screen.
-bool button_is_taken(Display* display);
+inline bool button_is_taken(Display* display) {
+  static bool refused;
+  refused = false;
+  const XErrorHandler before = XSetErrorHandler([](Display*, XErrorEvent* error) {
+    refused |= error->error_code == BadAccess;
+    return 0;
+  });
+  const Window root = DefaultRootWindow(display);
+  // Nobody else may meet the grab that this tries.
+  XGrabServer(display);
+  XGrabButton(display, Button3, AnyModifier, root, False, ButtonPressMask, GrabModeAsync, GrabModeAsync, None, None);
+  XUngrabButton(display, Button3, AnyModifier, root);
+  XUngrabServer(display);
+  XSync(display, False);
+  XSetErrorHandler(before);
+  return refused;
+}
 
 }  // namespace hook_test
