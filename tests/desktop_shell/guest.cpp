@@ -1,11 +1,9 @@
 // usage: shell_guest REPORT [ARGUMENT...]
 // Writes how it was started to the file REPORT, which appears when it is complete. Where a pipe REPORT.hold exists it
 // then waits until somebody has opened that for writing, and makes the file REPORT.done.
-#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -20,18 +18,14 @@ int main(int count, char** arguments) {
     for (int fd = 0; fd < 3; ++fd) {
       out << "stream " << std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(fd)).string() << '\n';
     }
-    DIR* const descriptors = opendir("/proc/self/fd");
-    while (const dirent* entry = readdir(descriptors)) {
-      const int fd = std::atoi(entry->d_name);
-      char path[64];
-      std::snprintf(path, sizeof path, "/proc/self/fd/%d", fd);
-      char target[256] = {};
-      const bool mine = fd == dirfd(descriptors) || (readlink(path, target, sizeof target - 1) > 0 &&
-                                                     std::string(target).ends_with(report + ".part"));
-      if (fd > 2 && !mine) out << "descriptor " << fd << ' ' << target << '\n';
+    // All that is open here but the report and the folder being read.
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+      std::error_code gone;
+      const std::string target = std::filesystem::read_symlink(entry, gone).string();
+      const bool mine = target.ends_with(report + ".part") || target.ends_with("/fd");
+      if (std::stoi(entry.path().filename()) > 2 && !mine) out << "descriptor " << target << '\n';
     }
-    closedir(descriptors);
-    out << "session " << getsid(0) << '\n' << "process " << getpid() << '\n';
+    out << "session " << getsid(0) << '\n';
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);) {
       if (line.starts_with("SigBlk") || line.starts_with("SigIgn")) out << line << '\n';

@@ -14,23 +14,12 @@ using Kind = desktop::Target::Kind;
 
 desktop::Surroundings machine() {
   static const std::map<std::string, Found> files{
-      {"/bin/xterm", Found::program},
-      {"/bin/cat", Found::program},
-      {"/usr/bin/cat", Found::program},
-      {"/bin/readme", Found::document},
-      {"/h", Found::folder},
-      {"/h/xterm", Found::folder},
-      {"/h/notes.txt", Found::document},
-      {"/h/cat notes", Found::document},
-      {"/h/my tool", Found::program},
-      {"/h/tool", Found::program},
-      {"/h/it's", Found::document},
-      {"/h/http:", Found::folder},
-      {"/h/http://odd", Found::document},
-      {"/h/app.desktop", Found::program},
-      {"/h/link.desktop", Found::document},
-      {"/h/dir.desktop", Found::folder},
-      {"/mnt/disk/letter.odt", Found::document},
+      {"/bin/xterm", Found::program},     {"/bin/cat", Found::program},
+      {"/usr/bin/cat", Found::program},   {"/h", Found::folder},
+      {"/h/xterm", Found::folder},        {"/h/notes.txt", Found::document},
+      {"/h/cat notes", Found::document},  {"/h/my tool", Found::program},
+      {"/h/tool", Found::program},        {"/h/http:", Found::folder},
+      {"/h/http://odd", Found::document}, {"/mnt/disk/letter.odt", Found::document},
   };
   return {.home = "/h", .directory = "/h", .search_path = {"/bin", "/usr/bin"}, .probe = [](const std::string& path) {
             const auto file = files.find(path);
@@ -45,44 +34,27 @@ TEST(ShellTarget, AStringIsWhatItNames) {
   };
   const std::vector<Case> cases{
       {"", {}},
-      {"   ", {}},
-      {"''", {}},
       // Commands, with arguments as a shell would split them.
-      {"xterm", {Kind::program, "/bin/xterm", {}}},
       {" xterm -e 'a b' ~/x ", {Kind::program, "/bin/xterm", {"-e", "a b", "/h/x"}}},
       {"cat https://a.b/c", {Kind::program, "/bin/cat", {"https://a.b/c"}}},
-      {"readme", {}},
-      {"'xterm'", {Kind::program, "/bin/xterm", {}}},
       // Paths, blanks and quotes and all.
       {"~", {Kind::document, "/h", {}}},
-      {"/h", {Kind::document, "/h", {}}},
-      {"notes.txt", {Kind::document, "/h/notes.txt", {}}},
       {"~/notes.txt", {Kind::document, "/h/notes.txt", {}}},
       {"cat notes", {Kind::document, "/h/cat notes", {}}},
-      {"/h/it's", {Kind::document, "/h/it's", {}}},
       {"\"/mnt/disk/letter.odt\"", {Kind::document, "/mnt/disk/letter.odt", {}}},
       {"/mnt/disk/letter.odt now", {}},
-      {"~/tool", {Kind::program, "/h/tool", {}}},
       {"~/my tool", {Kind::program, "/h/my tool", {}}},
       {"'/h/my tool' \"\" b", {Kind::program, "/h/my tool", {"", "b"}}},
       {"~/tool \"", {}},
       {"./tool -v", {}},
-      {"~/app.desktop", {Kind::desktop_entry, "/h/app.desktop", {}}},
-      {"/h/link.desktop", {Kind::desktop_entry, "/h/link.desktop", {}}},
-      {"/h/dir.desktop", {Kind::document, "/h/dir.desktop", {}}},
       // Addresses.
       {"https://a.b/c?d=e f", {Kind::address, "https://a.b/c?d=e f", {}}},
       {"mailto:a@b", {Kind::address, "mailto:a@b", {}}},
-      {"svn+ssh://a", {Kind::address, "svn+ssh://a", {}}},
       {"www.a.b", {Kind::address, "http://www.a.b", {}}},
-      {"www. a", {}},
       {"http://odd", {Kind::document, "/h/http://odd", {}}},
       {"C:\\Windows\\notepad.exe", {}},
       {"note: buy milk", {}},
-      {"+a:b", {}},
-      {"mailto:", {}},
       {"/no/where", {}},
-      {"nowhere", {}},
   };
   for (const auto& [text, target] : cases) {
     const Target found = desktop::find_target(text, machine());
@@ -97,16 +69,13 @@ TEST(ShellEntry, IsReadAsTheStandardSays) {
   };
   const std::string head = "# comment\n[Desktop Entry]\nType=Application\nName=My App\nName[fr]=Mon appli\nIcon=pic\n";
   const std::vector<Case> cases{
-      {head + "Exec=prog\n", {"prog"}},
       {head + "Exec = prog -a %f --x=%u b%%c %U\r\n", {"prog", "-a", "--x=", "b%c"}},
       {head + "Exec=prog %i \"%c\" %k \"\"\n", {"prog", "--icon", "pic", "My App", "/e.desktop", ""}},
       {head + "Exec=\"/opt/my prog\" \"a \\\\\"b\\\\\" \\\\$c\" ~\n", {"/opt/my prog", "a \"b\" $c", "~"}},
       {head + "Exec=first\nExec=second\n[Desktop Action x]\nExec=third\n", {"first"}},
-      {"[Other]\nType=Application\nExec=prog\n", {}},
       {head + "[Other]\nExec=prog\n", {}},
       {head + "Exec=\"open\n", {}},
       {head + "Exec=%f\n", {}},
-      {"[Desktop Entry]\nType=Directory\nExec=prog\n", {}},
       {"", {}},
   };
   for (const auto& [text, command] : cases) {
@@ -114,9 +83,6 @@ TEST(ShellEntry, IsReadAsTheStandardSays) {
     EXPECT_EQ(entry.has_value(), !command.empty()) << text;
     EXPECT_EQ(entry ? entry->command : std::vector<std::string>(), command) << text;
   }
-  const auto link = desktop::read_desktop_entry("[Desktop Entry]\nType=Link\nURL=https://a.b\n", "");
-  ASSERT_TRUE(link);
-  EXPECT_EQ(link->address, "https://a.b");
   const auto full = desktop::read_desktop_entry(head + "Exec=p\nPath=/x\\sy\nTerminal=true\n", "");
   ASSERT_TRUE(full);
   EXPECT_EQ(full->directory, "/x y");
