@@ -39,13 +39,12 @@ void Programme::start() {
 void Programme::Form_Load() {
   Mod_dessin::charger_police(services_, sk_);
   if (unloading_) return;  // asked to go while a box was open
-  if (!load_hook()) return services_.events.End(1);
+  if (!load_hook()) return services_.events.End(status_);
   connect();
 
   theme_.couleur_theme = couleur_depart;
   coloriser(sk_, theme_, theme_.couleur_theme);
-  if (const auto left = profil_.position("X")) sk_.Left = *left;
-  if (const auto top = profil_.position("Y")) sk_.Top = *top;
+  profil_.lire_position();
   sk_.Width = largeur;
   std::int16_t duree = Mod_dessin::duree_depart_ms;
   Mod_dessin::montrer_fenetre(services_.windows, sk_, duree);
@@ -71,6 +70,7 @@ bool Programme::load_hook() {
   std::string error;
   hook_ = services_.hooks.load(hook_library, error);
   if (hook_ == nullptr) {
+    status_ = 1;
     services_.dialogs.MsgBox(
         "La bibliothèque " + services_.program.Path + "/" + hook_library + " ne peut pas être chargée:\r\n" + error,
         platform::vbSystemModal | platform::vbCritical, "Strokemind");
@@ -102,7 +102,7 @@ void Programme::Form_Unload() {
   actions_.unload();
   menu_.unload();
   Form_Terminate();
-  services_.events.End(0);
+  services_.events.End(status_);
 }
 
 void Programme::Form_Terminate() {

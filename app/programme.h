@@ -65,4 +65,5 @@ class Programme {
 
   bool patrons_loaded_ = false;  // before that the table must not be written
   bool unloading_ = false;
+  int status_ = 0;  // of the program when it ends
 };

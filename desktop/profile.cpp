@@ -155,10 +155,17 @@ bool ProfileFolder::set_aside(std::string_view file) {
   for (int n = 1; n <= most_copies; ++n) {
     const std::string copy = path(file) + ".ancien" + (n == 1 ? "" : "-" + std::to_string(n));
     if (::link(original.c_str(), copy.c_str()) == 0) return true;
-    if (errno == EEXIST) continue;
-    if (::lstat(copy.c_str(), &state) == 0) continue;
     std::string bytes;
-    if (read(file, bytes) == platform::ReadOutcome::read) return replace(copy.substr(copy.rfind('/') + 1), bytes);
+    const bool readable = read(file, bytes) == platform::ReadOutcome::read;
+    if (::lstat(copy.c_str(), &state) == 0) {
+      // What has been kept already need not be kept again: an oddity may survive the save, and come at every start.
+      std::string kept;
+      if (readable && read(copy.substr(copy.rfind('/') + 1), kept) == platform::ReadOutcome::read && kept == bytes) {
+        return true;
+      }
+      continue;
+    }
+    if (readable) return replace(copy.substr(copy.rfind('/') + 1), bytes);
     if (::rename(original.c_str(), copy.c_str()) == 0) return true;
     break;
   }

@@ -20,6 +20,7 @@ void police(platform::Property<platform::Font>& font, std::string name, float si
 void bouton(SK& sk, int index, platform::Surface& surface, platform::Rectangle shape, platform::Rectangle label) {
   auto& outline = sk.Shape3.add(index, surface, "Shape3", shape);
   outline.BorderColor = vert;
+  outline.BackColor = vert;  // shows under the pointer, when the shape fills
   outline.rounded = true;
   auto& over = sk.Bouton.add(index, surface, "Bouton", label);
   etiquette(over, "");
@@ -53,7 +54,7 @@ const char* const texte_aide =
     " reprendre la lecture\r\n"
     ":::::::::::::::::::::::::::::::::::::::::::::::::::::    \r\n"
     "Strokemind(SK) permet dès son lancement de \r\n"
-    "faire du dessin à l'écran! \r\n"
+    "faire du dessin à l'écrant! \r\n"
     "Vous ne pouvez cependant pas dessiner sur\r\n"
     " plusieures fenêtres à la fois, car, sitôt le \r\n"
     "dessin terminé, SK l'interprête et recherche \r\n"

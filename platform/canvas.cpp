@@ -75,4 +75,10 @@ void Canvas::box(double x1, double y1, double x2, double y2, std::int32_t colour
   }
 }
 
+Canvas Canvas::on_ground(std::int32_t colour) const {
+  Canvas whole = *this;
+  std::replace(whole.pixels_.begin(), whole.pixels_.end(), 0U, opaque_pixel(colour));
+  return whole;
+}
+
 }  // namespace platform

@@ -26,6 +26,8 @@ class Canvas {
   // `colour` has red in the low byte.
   void dot(double x, double y, int diameter, std::int32_t colour);
 
+  // The same picture with `colour` where nothing has been drawn.
+  Canvas on_ground(std::int32_t colour) const;
   // A filled box between two corners, given as parts of the whole canvas from 0 to 1, both corner pixels included.
   void box(double x1, double y1, double x2, double y2, std::int32_t colour);
 

@@ -28,7 +28,7 @@ void ProfileText::parse_line(std::string_view line, Section*& current) {
   line = trimmed(line);
   if (line.empty()) return;
   if (line.front() == '[' && line.find('\0') == std::string_view::npos) {
-    const std::size_t end = line.find(']');
+    const std::size_t end = line.rfind(']');
     const std::string name = from_cp1252(trimmed(line.substr(1, end == std::string_view::npos ? end : end - 1)));
     if (end != line.size() - 1 || name.empty()) residue_ = true;
     if (end == std::string_view::npos || name.empty()) {

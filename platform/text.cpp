@@ -25,6 +25,12 @@ std::optional<char> cp1252_byte(char32_t code_point) {
 
 constexpr std::string_view escape_start = "{U+";
 
+std::string from_code_point(char32_t code_point) {
+  std::string utf8;
+  append_code_point(utf8, code_point);
+  return utf8;
+}
+
 // The character of an escape at the start of `bytes`, where it names one that the code page lacks.
 std::optional<char32_t> escaped(std::string_view bytes, std::size_t& length) {
   const std::size_t end = bytes.find('}');
@@ -34,6 +40,8 @@ std::optional<char32_t> escaped(std::string_view bytes, std::size_t& length) {
   const auto [stop, error] = std::from_chars(first, bytes.data() + end, value, 16);
   if (error != std::errc{} || stop != bytes.data() + end || value > 0x10FFFF || cp1252_byte(value)) return {};
   if (value >= 0xD800 && value <= 0xDFFF) return {};
+  // Only as it is written: another spelling of the same number stays as it stands.
+  if (to_cp1252(from_code_point(value)) != bytes.substr(0, end + 1)) return {};
   length = end + 1;
   return static_cast<char32_t>(value);
 }

@@ -39,7 +39,8 @@ void rebatir_vignettes(SK& sk, const Table& table) {
     if (patron.Nom.empty() || patron.Nom == nom_efface) continue;
     ++n;
     dessiner_vignette(sk.PicIco, patron);
-    sk.ImLst_Vig.Add({"", {}, std::make_shared<const platform::Canvas>(sk.PicIco.canvas)});
+    sk.ImLst_Vig.Add(
+        {"", {}, std::make_shared<const platform::Canvas>(sk.PicIco.canvas.on_ground(sk.PicIco.BackColor))});
     if (sk.LV.Icons == nullptr) sk.LV.Icons = &sk.ImLst_Vig;
     platform::ListItem& row = sk.LV.Add(n, patron.Nom, {n, ""}, {});
     row.SubItems(1) = std::to_string(patron.Ind);

@@ -108,7 +108,9 @@ void Profil::lire_patron(Patron& patron) {
   const int present = static_cast<int>(
       std::min({patron.X.values.size(), patron.Y.values.size(), static_cast<std::size_t>(dessin_slots)}));
   const std::optional<int> stated = whole_number(ind);
-  patron.Ind = static_cast<std::int16_t>(std::clamp(stated.value_or(0), 0, present));
+  // Without a count there are no points; one that cannot be right means all that are there.
+  const int points = ind.empty() ? 0 : stated && *stated >= 0 ? std::min(*stated, present) : present;
+  patron.Ind = static_cast<std::int16_t>(points);
   bool whole = whole_x && whole_y && stated == patron.Ind;
   for (Coordinates* list : {&patron.X, &patron.Y}) {
     const auto count = static_cast<std::size_t>(patron.Ind);
@@ -161,17 +163,33 @@ std::string Profil::section_position() {
   const std::vector<std::string> names = split_at_nul(ini_.lire_ini(std::nullopt, "X"));
   if (std::find(names.begin(), names.end(), section_pos) != names.end()) return section_pos;
   for (const std::string& name : names) {
+    if (platform::equal_ignoring_case(name, section_pos) && looks_like_position(name)) return name;
+  }
+  for (const std::string& name : names) {
     if (looks_like_position(name)) return name;
   }
   return section_pos;
 }
 
-std::optional<float> Profil::position(std::string_view key) {
-  const std::string text = ini_.lire_ini(section_position(), key);
+void Profil::lire_position() {
+  const std::string section = section_position();
+  lire_axe(section, "X", sk_.Left, gauche_);
+  lire_axe(section, "Y", sk_.Top, haut_);
+}
+
+void Profil::lire_axe(const std::string& section, const char* key, platform::Property<float>& axis, Place& place) {
+  const std::string text = ini_.lire_ini(section, key);
+  if (text.empty()) return;
   const std::optional<double> value = platform::number_value(text);
-  constexpr double largest = std::numeric_limits<float>::max();
-  if (!value || *value > largest || *value < -largest) return std::nullopt;
-  return static_cast<float>(*value);
+  // Beyond this no desktop has a pixel.
+  constexpr double farthest = 1E+07;  // twips
+  if (!value || *value > farthest || *value < -farthest) return ini_.preserve();
+  axis = static_cast<float>(*value);
+  place = {text, axis};
+}
+
+std::string Profil::texte_axe(float now, const Place& place) {
+  return !place.texte.empty() && now == place.pose ? place.texte : platform::float_text(now);
 }
 
 bool Profil::ecrire_patrons() {
@@ -185,8 +203,8 @@ bool Profil::ecrire_patrons() {
     ini_.ecrire_ini(patron.Nom, "Y", liste_texte(patron.Y, patron.Ind));
     ini_.ecrire_ini(patron.Nom, cle_action, one_line(patron.Action));
   }
-  ini_.ecrire_ini(section_pos, "X", platform::float_text(sk_.Left));
-  ini_.ecrire_ini(section_pos, "Y", platform::float_text(sk_.Top));
+  ini_.ecrire_ini(section_pos, "X", texte_axe(sk_.Left, gauche_));
+  ini_.ecrire_ini(section_pos, "Y", texte_axe(sk_.Top, haut_));
   return ini_.flush();
 }
 

@@ -25,8 +25,8 @@ class Profil {
   // Copies the list's actions into the table and writes the file anew, in one replacement. False: the old file stands.
   bool ecrire_patrons();
 
-  // Where the window last stood, in twips; nothing where the file does not say.
-  std::optional<float> position(std::string_view key);
+  // Puts the main form where the file says that it last stood, as far as it says so.
+  void lire_position();
 
   // Splits a text at `separateur` and at blanks, after dropping its first `debut` characters, into `morceaux`, of which
   // slots that the split does not reach keep what they held. Gives the number of slots filled.
@@ -35,6 +35,14 @@ class Profil {
  private:
   static constexpr int nb_morceaux = 5001;
 
+  // One axis of the window's place: as the file spells it, and where the window came to stand then. The spelling is
+  // kept until the window has moved.
+  struct Place {
+    std::string texte;
+    float pose = 0;
+  };
+  void lire_axe(const std::string& section, const char* key, platform::Property<float>& axis, Place& place);
+  static std::string texte_axe(float now, const Place& place);
   std::string section_position();
   bool looks_like_position(const std::string& section);
   bool keys_among(const std::string& section, std::initializer_list<const char*> known);
@@ -47,6 +55,7 @@ class Profil {
   SK& sk_;
   Table& table_;
   std::array<std::optional<std::string>, nb_morceaux> morceaux_;
+  Place gauche_, haut_;
 };
 
 }  // namespace Mod_dessin

@@ -66,8 +66,8 @@ TEST(Profile, TakesWhatItCanAndKeepsTheRest) {
            {"no Ind", section("X=.1.2\r\nY=.3.4\r\n") + pos, 1, 0, true},
            {"Ind too large", section("Ind=3\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 2, true},
            {"Ind too small", section("Ind=1\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 1, true},
-           {"Ind negative", section("Ind=-2\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 0, true},
-           {"Ind no number", section("Ind=zwei\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 0, true},
+           {"Ind negative", section("Ind=-2\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 2, true},
+           {"Ind no number", section("Ind=99999999999\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 2, true},
            {"lists of unequal length", section("Ind=2\r\nX=.1.2\r\nY=.3\r\n") + pos, 1, 1, true},
            {"no number in a list", section("Ind=2\r\nX=.1.x\r\nY=.3.4\r\n") + pos, 1, 2, true},
            {"a decimal point in a list", section("Ind=2\r\nX=.1.5.2\r\nY=.3.4\r\n") + pos, 1, 2, true},
@@ -77,6 +77,7 @@ TEST(Profile, TakesWhatItCanAndKeepsTheRest) {
            {"something behind the position", pos + section("Ind=0\r\nX=\r\nY=\r\n"), 0, 0, true},
            {"a name with a blank", "[UN DEUX]\r\nInd=0\r\nX=\r\nY=\r\nActionassoci\xE9=\r\n" + pos, 2, 0, true},
            {"too many sections", many + pos, 100, 0, true},
+           {"a position that is none", "[Pos]\r\nX=abc\r\nY=1E+30\r\n", 0, 0, true},
            {"no position", section("Ind=1\r\nX=.1\r\nY=.3\r\n"), 1, 1, false},
            {"the position in capitals", section("Ind=1\r\nX=.1\r\nY=.3\r\n") + "[POS]\r\nX=30\r\nY=45,5\r\n", 1, 1,
             false},
@@ -97,9 +98,9 @@ TEST(Profile, TakesWhatItCanAndKeepsTheRest) {
 }
 
 TEST(Profile, FindsThePositionUnderAnotherSpelling) {
-  Visit visit("[POS]\r\nX=30\r\nY=45,5\r\n");
+  Visit visit("[pos]\r\nX=30\r\nY=45,50\r\n");
   EXPECT_EQ(visit.scene.programme.sk().Top.get(), 45.5F);
-  EXPECT_EQ(visit.scene.saved(), "[Pos]\r\nX=30\r\nY=45,5\r\n");
+  EXPECT_EQ(visit.scene.saved(), "[Pos]\r\nX=30\r\nY=45,50\r\n") << "spelt as it was, since the window has not moved";
 }
 
 TEST(Profile, ManySections) {
