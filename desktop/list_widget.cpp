@@ -134,7 +134,8 @@ void ListWidget::ensure_visible(int row) {
 
 // The user has chosen a row, by the mouse or the keyboard.
 void ListWidget::picked(const QModelIndex& index) {
-  if (syncing_ || !link_->serving() || !index.isValid()) return;
+  // A list that gets the keyboard makes its first row the current one, which picks nothing.
+  if (syncing_ || !link_->serving() || !icons_->selectionModel()->isSelected(index)) return;
   {
     const QScopedValueRollback guard(syncing_, true);
     list_.select(index.row() + 1);
