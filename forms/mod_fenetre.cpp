@@ -2,9 +2,7 @@
 
 #include <string>
 
-namespace Mod_fenêtre {
-
-bool toujours_devant(platform::Windows& windows, platform::Handle hWnd, bool devant) {
+bool Mod_fenêtre::toujours_devant(platform::Windows& windows, platform::Handle hWnd, bool devant) {
   constexpr std::uint32_t no_size = 0x1;
   constexpr std::uint32_t no_move = 0x2;
   constexpr std::uint32_t no_activate = 0x10;
@@ -12,8 +10,6 @@ bool toujours_devant(platform::Windows& windows, platform::Handle hWnd, bool dev
   return windows.SetWindowPos(hWnd, devant ? platform::HWND_TOPMOST : platform::HWND_NOTOPMOST, 0, 0, 0, 0,
                               no_size | no_move | no_activate | show_window);
 }
-
-}  // namespace Mod_fenêtre
 
 namespace Mod_dessin {
 

@@ -7,13 +7,11 @@
 #include "forms/sk.h"
 #include "platform/services.h"
 
-namespace Mod_fenêtre {
-
 // Puts a window into the topmost band or takes it out, without moving, sizing or activating it. Gives the platform's
 // own result.
+namespace Mod_fenêtre {
 bool toujours_devant(platform::Windows& windows, platform::Handle hWnd, bool devant);
-
-}  // namespace Mod_fenêtre
+}
 
 namespace Mod_dessin {
 
