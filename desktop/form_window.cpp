@@ -122,9 +122,16 @@ void FormWindow::sync(Control& control) {
     restack(control.Container());
     if (control.kind() == Kind::list_view && top_->focusWidget() == nullptr) found->second.widget->setFocus();
   }
-  QWidget& widget = *found->second.widget;
-  if (const QRect place = place_of(control); widget.geometry() != place) widget.setGeometry(place);
-  found->second.mirror->sync();
+  const Child own = found->second;
+  QWidget& widget = *own.widget;
+  if (const QRect place = place_of(control); widget.geometry() != place) {
+    widget.setGeometry(place);
+    // What lies on a box may have come into sight with it.
+    if (control.kind() == Kind::picture_box) {
+      for (Control* child : static_cast<platform::PictureBox&>(control).children) sync(*child);
+    }
+  }
+  own.mirror->sync();
   // Out of sight is out of the way too: a box that nobody sees must not have the keyboard, nor a caret that blinks.
   const bool shown = control.Visible && (control.kind() == Kind::picture_box || within_sight(control));
   if (widget.isHidden() == shown) widget.setVisible(shown);

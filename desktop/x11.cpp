@@ -140,9 +140,11 @@ void X11::activate(xcb_window_t window) const {
     return;
   }
   constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
-  xcb_configure_window(connection_, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
-  const auto cookie = xcb_set_input_focus_checked(connection_, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
-  std::free(xcb_request_check(connection_, cookie));  // not mapped yet: then it cannot have the keyboard
+  const auto raised = xcb_configure_window_checked(connection_, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+  const auto focused = xcb_set_input_focus_checked(connection_, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+  // Gone, or not mapped yet: then it cannot have the keyboard.
+  std::free(xcb_request_check(connection_, raised));
+  std::free(xcb_request_check(connection_, focused));
 }
 
 void X11::keep_above(xcb_window_t window, bool above) const {

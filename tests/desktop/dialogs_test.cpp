@@ -1,4 +1,4 @@
-// Boxes that ask: their answers, their texts, and that nothing of ours hides them.
+// Boxes that ask: their answers, and that nothing of ours hides them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,63 +10,61 @@ namespace {
 
 using namespace platform;
 
-// Shows a box from a posted task and lets a user act on it once it has the keyboard.
+using Act = std::function<void(Window)>;
+
+// Opens a box from a posted task and lets a user act on it once it has the keyboard.
 class DialogsTest : public testing::Test {
  protected:
-  DialogsTest() : timer(form, "timer", 5, true) {
-    form.Left = 300 * 15.0F;
+  DialogsTest() {
     stage.show(form);
     stage.services().windows.SetWindowPos(form.hWnd, HWND_TOPMOST, 0, 0, 0, 0, 0x53);
   }
 
   // The box on the screen, 0 while there is none: the active window that is not the form.
   Window box() const {
-    const Window root = DefaultRootWindow(stage.display);
-    const auto active = stage.property(root, "_NET_ACTIVE_WINDOW");
-    const auto there = stage.property(root, "_NET_CLIENT_LIST");  // the last window stays active when it has gone
+    const auto active = stage.active();
+    const auto there = stage.property(DefaultRootWindow(stage.display), "_NET_CLIENT_LIST");
     if (active.empty() || active.front() == form.hWnd) return 0;
+    // The last window stays active when it has gone.
     return std::find(there.begin(), there.end(), active.front()) == there.end() ? 0 : active.front();
   }
-  template <class Result>
-  Result ask(const std::function<Result()>& question, const std::function<void(Window)>& act) {
-    Result answer{};
-    bool acted = false;
+  void ask(const std::function<void()>& question, const Act& act) {
     bool answered = false;
     timer.Elapsed = [&] {
-      if (acted || box() == 0) return;
-      acted = true;
+      if (box() == 0) return;
+      timer.Enabled = false;
       act(box());
     };
+    timer.Enabled = true;
     stage.services().events.post([&] {
-      answer = question();
+      question();
       answered = true;
     });
-    EXPECT_TRUE(stage.until([&] { return answered; }));
-    EXPECT_TRUE(stage.until([&] { return box() == 0; }));
+    EXPECT_TRUE(stage.until([&] { return answered && box() == 0; }));
+  }
+  int message(int style, const Act& act) {
+    int answer = 0;
+    ask([&] { answer = stage.services().dialogs.MsgBox("Êtes-vous sûr?", style, "Essai"); }, act);
     return answer;
   }
-  int message(int style, const std::function<void(Window)>& act) {
-    return ask<int>([&, style] { return stage.services().dialogs.MsgBox("Êtes-vous sûr?", style, "Essai"); }, act);
-  }
-  std::function<void(Window)> keys(const std::vector<unsigned long>& all) {
-    return [this, all](Window) {
-      for (const unsigned long key : all) stage.user->type(key);
+  // Types keys; without any, has the window manager close the box.
+  Act user(const std::vector<unsigned long>& keys) {
+    return [this, keys](Window window) {
+      for (const unsigned long key : keys) stage.user->type(key);
+      if (keys.empty()) stage.tell_manager(window, "_NET_CLOSE_WINDOW");
     };
-  }
-  std::function<void(Window)> close() {
-    return [this](Window window) { stage.send(DefaultRootWindow(stage.display), window, "_NET_CLOSE_WINDOW", {}); };
   }
 
   Stage stage;
   TestForm form;
-  Timer timer;
+  Timer timer{form, "timer", 5, false};
 };
 
 TEST_F(DialogsTest, EveryWayOutHasItsAnswer) {
   const struct {
     int style;
     int answer;
-    std::vector<unsigned long> keys;  // none: the box is closed by the window manager
+    std::vector<unsigned long> keys;
   } cases[] = {
       {vbYesNo | vbInformation, vbYes, {XK_Return}},
       {vbYesNo, vbNo, {XK_Tab, XK_space}},
@@ -79,31 +77,22 @@ TEST_F(DialogsTest, EveryWayOutHasItsAnswer) {
       {vbInformation, vbOK, {}},
   };
   for (const auto& one : cases) {
-    SCOPED_TRACE(testing::Message() << "style " << one.style << ", " << one.keys.size() << " keys");
-    EXPECT_EQ(message(one.style, one.keys.empty() ? close() : keys(one.keys)), one.answer);
+    EXPECT_EQ(message(one.style, user(one.keys)), one.answer) << one.style << " " << one.keys.size();
   }
 }
 
 TEST_F(DialogsTest, ABoxStandsInFrontAndKeepsTheFormFromTheUser) {
-  int presses = 0;
-  int ticks = 0;
-  form.MouseDown = [&](const MouseEvent&) { ++presses; };
-  Timer other(form, "other", 1, false);
-  stage.services().windows.unload(form);
-  stage.show(form);
-  stage.services().windows.SetWindowPos(form.hWnd, HWND_TOPMOST, 0, 0, 0, 0, 0x53);
-  other.Elapsed = [&] { ++ticks; };
+  form.MouseDown = [](const MouseEvent&) { ADD_FAILURE(); };
+  int keys = 0;
+  form.KeyDown = [&](int&, int&) { ++keys; };
   message(vbYesNo, [&](Window window) {
     EXPECT_TRUE(test_support::eventually([&] { return stage.has_state(window, "_NET_WM_STATE_ABOVE"); }));
     EXPECT_EQ(stage.property(window, "WM_TRANSIENT_FOR"), std::vector<unsigned long>{form.hWnd});
-    const auto stacking = stage.property(DefaultRootWindow(stage.display), "_NET_CLIENT_LIST_STACKING");
-    EXPECT_EQ(stacking.back(), window);
-    other.Enabled = true;
-    stage.user->move_to(305, 60);
+    EXPECT_EQ(stage.property(DefaultRootWindow(stage.display), "_NET_CLIENT_LIST_STACKING").back(), window);
+    stage.user->move_to(TestForm::left + 5, TestForm::top + 5);
     stage.user->click(1);
-    EXPECT_TRUE(stage.until([&] { return ticks > 3; })) << "the rest of the program goes on";
-    other.Enabled = false;
-    EXPECT_EQ(presses, 0);
+    stage.send(form.hWnd, form.hWnd, hook_report_atom, {hook_key_down, key_stroke});
+    EXPECT_TRUE(stage.until([&] { return keys == 1; })) << "the rest of the program goes on";
     stage.user->type(XK_Escape);
   });
 }
@@ -113,15 +102,15 @@ TEST_F(DialogsTest, TheFormMayGoWhileItsBoxIsOpen) {
 }
 
 TEST_F(DialogsTest, ATextIsAskedFor) {
-  const auto input = [&](const std::function<void(Window)>& act) {
-    return ask<std::string>([&] { return stage.services().dialogs.InputBox("Nom du patron:", "Essai", "Départ"); },
-                            act);
+  const auto input = [&](const std::vector<unsigned long>& keys) {
+    std::string answer;
+    ask([&] { answer = stage.services().dialogs.InputBox("Nom du patron:", "Essai", "Départ"); }, user(keys));
+    return answer;
   };
-  EXPECT_EQ(input(keys({XK_Return})), "Départ");
-  EXPECT_EQ(input(keys({XK_a, XK_b, XK_Return})), "ab") << "what is offered is replaced by typing";
-  EXPECT_EQ(input(keys({XK_End, XK_s, XK_Return})), "Départs");
-  EXPECT_EQ(input(keys({XK_a, XK_Escape})), "");
-  EXPECT_EQ(input(close()), "");
+  EXPECT_EQ(input({XK_Return}), "Départ");
+  EXPECT_EQ(input({XK_a, XK_b, XK_Return}), "ab") << "what is offered is replaced by typing";
+  EXPECT_EQ(input({XK_a, XK_Escape}), "");
+  EXPECT_EQ(input({}), "");
 }
 
 }  // namespace

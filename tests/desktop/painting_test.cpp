@@ -1,5 +1,4 @@
 // What the screen shows of a form: places, colours, order, texts.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -16,47 +15,25 @@ using platform::Shape;
 constexpr std::int32_t red = 0x0000FF;  // red is in the low byte
 constexpr std::int32_t green = 0x00FF00;
 constexpr std::int32_t blue = 0xFF0000;
-constexpr std::uint32_t seen_red = 0xFF0000;  // 0xRRGGBB
-constexpr std::uint32_t seen_green = 0x00FF00;
-constexpr std::uint32_t seen_blue = 0x0000FF;
-constexpr std::uint32_t seen_black = 0;
 
-// The box around all pixels of an area of the form that are not black.
-struct Ink {
-  int left = 1000, top = 1000, right = -1, bottom = -1;
-  bool none() const { return right < 0; }
-};
+Label& painted(Label& label, std::int32_t colour) {
+  label.BackStyle = platform::opaque;
+  label.BackColor = colour;
+  return label;
+}
 
-class PaintingTest : public testing::Test {
- protected:
-  // A pixel of the form, in the screen's pixels from its corner.
-  std::uint32_t at(Stage& stage, int x, int y, int scale = 1) const {
-    return stage.pixel(TestForm::left * scale + x, TestForm::top * scale + y);
-  }
-  Ink ink(Stage& stage, int left, int top, int width, int height) const {
-    const auto pixels = stage.user->pixels(TestForm::left + left, TestForm::top + top, width, height);
-    Ink result;
-    for (int i = 0; i < width * height; ++i) {
-      if (pixels[static_cast<std::size_t>(i)] == 0) continue;
-      result.left = std::min(result.left, i % width);
-      result.right = std::max(result.right, i % width);
-      result.top = std::min(result.top, i / width);
-      result.bottom = std::max(result.bottom, i / width);
-    }
-    return result;
-  }
-};
+// Every kind of painted thing, at its edges: the last pixel inside and the first outside.
+class LayoutTest : public testing::TestWithParam<int> {};
 
-// Every kind of painted thing, its edges between two pixels: the first inside and the first outside.
-void check_layout(const std::string& scale_factor, int scale) {
-  Stage stage({.scale = scale_factor});
+TEST_P(LayoutTest, EverythingLiesOnItsPixels) {
+  const int scale = GetParam();
+  Stage stage({.scale = std::to_string(scale)});
   TestForm form;
   Shape frame(form, "frame", twips(0, 0, TestForm::width, TestForm::height));
   frame.BorderColor = green;
   Label panel(form, "panel", twips(20, 10, 40, 30));
-  panel.BackStyle = platform::opaque;
-  panel.BackColor = red;
-  Shape filled(form, "filled", twips(40, 20, 40, 30));  // over the label
+  painted(panel, red);
+  Shape filled(form, "filled", twips(40, 20, 40, 30));
   filled.BackStyle = platform::opaque;
   filled.BackColor = blue;
   filled.BorderStyle = platform::border_none;
@@ -65,92 +42,88 @@ void check_layout(const std::string& scale_factor, int scale) {
   PictureBox box(form, "box", twips(100, 10, 50, 40));
   box.BackColor = blue;
   box.DrawWidth = 3;
-  Label inside(box, "inside", twips(40, 30, 30, 30));  // cut off by its box
-  inside.BackStyle = platform::opaque;
-  inside.BackColor = green;
-  Label under(form, "under", twips(140, 10, 30, 10));  // made later, but a box is in front of what is painted
-  under.BackStyle = platform::opaque;
-  under.BackColor = red;
+  Label inside(box, "inside", twips(40, 30, 30, 30));
+  painted(inside, green);
+  Label under(form, "under", twips(140, 10, 30, 10));
+  painted(under, red);
   Label hidden(form, "hidden", twips(0, 110, 200, 30));
-  hidden.BackStyle = platform::opaque;
-  hidden.BackColor = red;
-  hidden.Visible = false;
+  painted(hidden, red).Visible = false;
+  Shape rounded(form, "rounded", twips(10, 60, 40, 30));
+  rounded.rounded = true;
+  rounded.BorderColor = green;
   stage.show(form);
-  EXPECT_EQ(box.canvas.density(), scale);
   box.PSet(10, 10, red);
-  stage.settle(form);
   box.Refresh();
 
-  const auto pixel = [&](int x, int y) { return stage.pixel(TestForm::left * scale + x, TestForm::top * scale + y); };
-  // The first or last pixel of each thing, and its neighbour outside, in the pixels of the design.
-  const auto first = [&](int x) { return x * scale; };
-  const auto last = [&](int x) { return (x + 1) * scale - 1; };
-  EXPECT_EQ(pixel(0, 0), seen_green);
-  EXPECT_EQ(pixel(last(199), last(149)), seen_green);
-  EXPECT_EQ(pixel(first(1), first(1)), seen_black);
-  EXPECT_EQ(pixel(first(20), first(10)), seen_red);
-  EXPECT_EQ(pixel(last(19), first(10)), seen_black);
-  EXPECT_EQ(pixel(first(20), last(39)), seen_red);
-  EXPECT_EQ(pixel(first(20), first(40)), seen_black);
-  EXPECT_EQ(pixel(last(39), first(20)), seen_red);
-  EXPECT_EQ(pixel(first(40), first(20)), seen_blue) << "later controls lie in front";
-  EXPECT_EQ(pixel(last(79), last(49)), seen_blue);
-  EXPECT_EQ(pixel(first(80), last(49)), seen_black);
-  EXPECT_EQ(pixel(first(90), first(100)), seen_red);
-  EXPECT_EQ(pixel(first(90), last(99)), seen_black);
-  EXPECT_EQ(pixel(first(90), first(101)), seen_black);
-  EXPECT_EQ(pixel(first(100), first(10)), seen_blue);
-  EXPECT_EQ(pixel(last(149), first(15)), seen_blue) << "a box is in front of a label";
-  EXPECT_EQ(pixel(first(150), first(15)), seen_red);
-  EXPECT_EQ(pixel(first(140), first(40)), seen_green);
-  EXPECT_EQ(pixel(last(149), last(49)), seen_green);
-  EXPECT_EQ(pixel(first(150), last(49)), seen_black) << "a box cuts off what lies on it";
-  EXPECT_EQ(pixel(first(110), first(20)), seen_red) << "the middle of the dot";
-  EXPECT_EQ(pixel(first(109), first(20)), seen_red);
-  EXPECT_EQ(pixel(first(108) - 1, first(20)), seen_blue);
-  EXPECT_EQ(pixel(first(100), first(120)), seen_black) << "hidden";
+  const struct {
+    int x, y;  // of the design
+    std::int32_t colour;
+    const char* what;
+  } probes[] = {
+      {0, 0, green, "the frame's corner"},
+      {199, 149, green, "the frame's other corner"},
+      {1, 1, 0, "the frame is one pixel wide"},
+      {20, 10, red, "the panel's corner"},
+      {19, 10, 0, "left of the panel"},
+      {20, 40, 0, "below the panel"},
+      {39, 20, red, "the panel beside the filled shape"},
+      {40, 20, blue, "later controls lie in front"},
+      {79, 49, blue, "the shape's other corner"},
+      {80, 49, 0, "right of the shape"},
+      {90, 100, red, "the rule"},
+      {90, 99, 0, "above the rule"},
+      {90, 101, 0, "below the rule"},
+      {149, 15, blue, "a box is in front of a label made after it"},
+      {150, 15, red, "the label beside the box"},
+      {140, 40, green, "a label on the box"},
+      {150, 49, 0, "a box cuts off what lies on it"},
+      {110, 20, red, "the middle of a dot"},
+      {109, 20, red, "a dot is three pixels wide"},
+      {108, 20, blue, "and no more"},
+      {100, 120, 0, "hidden"},
+      {10, 60, 0, "a corner that is cut off"},
+      {30, 60, green, "a rounded outline"},
+      {30, 61, 0, "and its inside"},
+  };
+  for (const auto& probe : probes) {
+    const auto seen =
+        stage.user->pixels((TestForm::left + probe.x) * scale, (TestForm::top + probe.y) * scale, scale, scale);
+    const auto rgb =
+        static_cast<std::uint32_t>((probe.colour & 0xFF) << 16 | (probe.colour & 0xFF00) | probe.colour >> 16);
+    EXPECT_EQ(seen.front(), rgb) << probe.what << std::hex << " " << seen.front();
+    EXPECT_EQ(seen.back(), rgb) << probe.what << std::hex << " " << seen.back();
+  }
 }
 
-TEST_F(PaintingTest, EverythingLiesOnItsPixels) {
-  check_layout("1", 1);
-}
+INSTANTIATE_TEST_SUITE_P(Densities, LayoutTest, testing::Values(1, 2));
 
-TEST_F(PaintingTest, ADenseScreenShowsTheSameTwiceAsLarge) {
-  check_layout("2", 2);
-}
-
-TEST_F(PaintingTest, AnAssignmentShowsByItself) {
-  Stage stage;
+TEST(PaintingTest, AnAssignmentShowsByItself) {
+  Stage stage({.window_manager = false});
   TestForm form;
   PictureBox box(form, "box", twips(50, 50, 50, 50));
   Label label(box, "label", twips(10, 10, 10, 10));
-  label.BackStyle = platform::opaque;
-  label.BackColor = red;
+  painted(label, red);
   stage.show(form);
-  EXPECT_EQ(at(stage, 60, 60), seen_red);
-
+  const auto at = [&](int x) { return stage.pixel(TestForm::left + x, TestForm::top + 60); };
+  EXPECT_EQ(at(60), 0xFF0000U);
   label.BackColor = green;
-  EXPECT_TRUE(stage.until([&] { return at(stage, 60, 60) == seen_green; }));
+  EXPECT_TRUE(stage.until([&] { return at(60) == 0x00FF00; }));
   label.Left = 20 * 15.0F;
-  EXPECT_TRUE(stage.until([&] { return at(stage, 60, 60) == seen_black && at(stage, 70, 60) == seen_green; }));
+  EXPECT_TRUE(stage.until([&] { return at(60) == 0 && at(70) == 0x00FF00; }));
   box.Left = 0;
-  EXPECT_TRUE(stage.until([&] { return at(stage, 70, 60) == seen_black && at(stage, 20, 60) == seen_green; }));
-  box.Visible = false;
-  EXPECT_TRUE(stage.until([&] { return at(stage, 20, 60) == seen_black; }));
-  // Refresh does not wait for events to be served.
-  box.Visible = true;
-  stage.settle(form);
+  EXPECT_TRUE(stage.until([&] { return at(70) == 0 && at(20) == 0x00FF00; }));
   label.BackColor = blue;
-  label.Refresh();
-  XSync(stage.display, False);
-  EXPECT_EQ(at(stage, 20, 60), seen_blue);
+  label.Refresh();  // does not wait for events to be served
+  EXPECT_EQ(at(20), 0x0000FFU);
+  box.Visible = false;
+  EXPECT_TRUE(stage.until([&] { return at(20) == 0; }));
 }
 
-TEST_F(PaintingTest, TextsStandWhereTheirLabelsPutThem) {
-  Stage stage;
+TEST(PaintingTest, TextsStandWhereTheirLabelsPutThem) {
+  Stage stage({.window_manager = false});
   TestForm form;
-  const auto add = [&](int row, const char* text, platform::Alignment alignment, int height) {
-    auto label = std::make_unique<Label>(form, "label", twips(50, row, 100, height));
+  const auto add = [&](int top, const char* text, platform::Alignment alignment, int height) {
+    auto label = std::make_unique<Label>(form, "label", twips(50, top, 100, height));
     label->Caption = text;
     label->ForeColor = green;
     label->Alignment = alignment;
@@ -164,48 +137,30 @@ TEST_F(PaintingTest, TextsStandWhereTheirLabelsPutThem) {
   const auto endless = add(114, "WWWWWWWWWWWWWWWWWWWWWWWW", platform::Alignment::left, 20);
   stage.show(form);
 
-  const Ink at_left = ink(stage, 50, 0, 100, 20);
-  const Ink at_right = ink(stage, 50, 20, 100, 20);
-  const Ink centred = ink(stage, 50, 40, 100, 20);
-  EXPECT_LE(at_left.left, 2);
-  EXPECT_LT(at_left.right, 40);
-  EXPECT_GE(at_right.right, 97);
-  EXPECT_GT(at_right.left, 60);
-  EXPECT_NEAR(centred.left, 99 - centred.right, 2);
-  EXPECT_LE(at_left.bottom, 14) << "one line at the top";
-  EXPECT_FALSE(ink(stage, 50, 60, 100, 13).none());
-  EXPECT_FALSE(ink(stage, 50, 76, 100, 13).none()) << "the text goes on in a second line";
-  const Ink two = ink(stage, 50, 90, 100, 24);
-  EXPECT_GE(two.bottom, 17) << "CR LF begins a line";
-  EXPECT_LE(two.bottom, 22) << "lines close up where their label is low";
-  EXPECT_FALSE(ink(stage, 50, 114, 100, 20).none());
-  EXPECT_TRUE(ink(stage, 0, 0, 50, TestForm::height).none()) << "nothing stands outside of the labels";
-  EXPECT_TRUE(ink(stage, 150, 0, 50, TestForm::height).none());
-}
-
-TEST_F(PaintingTest, ShapesAreRoundedDottedOrLeftOut) {
-  Stage stage;
-  TestForm form;
-  Shape rounded(form, "rounded", twips(10, 10, 40, 40));
-  rounded.rounded = true;
-  rounded.BorderColor = green;
-  Shape dotted(form, "dotted", twips(60, 10, 40, 40));
-  dotted.BorderStyle = platform::border_dotted;
-  dotted.BorderColor = green;
-  Shape none(form, "none", twips(110, 10, 40, 40));
-  none.BorderStyle = platform::border_none;
-  none.BorderColor = green;
-  stage.show(form);
-
-  EXPECT_EQ(at(stage, 10, 10), seen_black) << "a corner that is cut off";
-  EXPECT_EQ(at(stage, 30, 10), seen_green);
-  EXPECT_EQ(at(stage, 49, 30), seen_green);
-  EXPECT_EQ(at(stage, 30, 11), seen_black);
-  const auto side = stage.user->pixels(TestForm::left + 60, TestForm::top + 10, 40, 1);
-  const auto drawn = std::count(side.begin(), side.end(), seen_green);
-  EXPECT_GT(drawn, 12);
-  EXPECT_LT(drawn, 28);
-  EXPECT_TRUE(ink(stage, 105, 5, 50, 50).none());
+  // The box around all that is not black in an area of the form; empty where all of it is.
+  struct Ink {
+    int left = 1000, right = -1, bottom = -1;
+  };
+  const auto ink = [&](int x, int y, int width, int height) {
+    const auto pixels = stage.user->pixels(TestForm::left + x, TestForm::top + y, width, height);
+    Ink result;
+    for (int i = 0; i < width * height; ++i) {
+      if (pixels[static_cast<std::size_t>(i)] == 0) continue;
+      result.left = std::min(result.left, i % width);
+      result.right = std::max(result.right, i % width);
+      result.bottom = i / width;
+    }
+    return result;
+  };
+  EXPECT_LE(ink(50, 0, 100, 20).left, 2);
+  EXPECT_LE(ink(50, 0, 100, 20).bottom, 14) << "one line at the top";
+  EXPECT_GE(ink(50, 20, 100, 20).right, 97);
+  EXPECT_NEAR(ink(50, 40, 100, 20).left, 99 - ink(50, 40, 100, 20).right, 2);
+  EXPECT_GE(ink(50, 76, 100, 14).right, 0) << "the text goes on in a second line";
+  EXPECT_GE(ink(50, 90, 100, 24).bottom, 17) << "CR LF begins a line";
+  EXPECT_LE(ink(50, 90, 100, 24).bottom, 22) << "lines close up where their label is low";
+  EXPECT_GE(ink(50, 114, 100, 20).right, 97);
+  EXPECT_LT(ink(150, 0, 50, TestForm::height).right, 0) << "nothing stands outside of the labels";
 }
 
 }  // namespace

@@ -31,9 +31,8 @@ Stage::Stage(const With& with) {
   display = XOpenDisplay(nullptr);
   if (with.window_manager) {
     // Windows that are mapped before a window manager serves events come out wrong: one question is to be answered.
-    const Window root = DefaultRootWindow(display);
-    const Window asking = XCreateSimpleWindow(display, root, 0, 0, 10, 10, 0, 0, 0);
-    send(root, asking, "_NET_REQUEST_FRAME_EXTENTS", {});
+    const Window asking = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 10, 10, 0, 0, 0);
+    tell_manager(asking, "_NET_REQUEST_FRAME_EXTENTS");
     if (!eventually([&] { return !property(asking, "_NET_FRAME_EXTENTS").empty(); })) {
       throw std::runtime_error("the window manager does not answer");
     }
@@ -79,9 +78,7 @@ void Stage::show(platform::Form& form) {
   if (!services().windows.load(form)) throw std::runtime_error("no window");
   services().windows.Show(form);
   // A window manager goes on placing a window for a while; giving it the keyboard is the last thing it does.
-  const Window root = DefaultRootWindow(display);
-  if (window_manager.running() &&
-      !until([&] { return property(root, "_NET_ACTIVE_WINDOW") == std::vector<unsigned long>{form.hWnd}; })) {
+  if (window_manager.running() && !until([&] { return active() == std::vector<unsigned long>{form.hWnd}; })) {
     throw std::runtime_error("the window does not become active");
   }
   settle(form);
@@ -99,6 +96,13 @@ std::vector<unsigned long> Stage::property(Window window, const char* name) cons
   // The sign has been spread over the upper half of each item.
   for (unsigned long i = 0; format == 32 && i < count; ++i) result.push_back(items[i] & 0xFFFFFFFF);
   if (value != nullptr) XFree(value);
+  return result;
+}
+
+std::pair<int, int> Stage::place(Window window, int x, int y) const {
+  Window child = None;
+  std::pair<int, int> result;
+  XTranslateCoordinates(display, window, DefaultRootWindow(display), x, y, &result.first, &result.second, &child);
   return result;
 }
 

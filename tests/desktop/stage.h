@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "desktop/desktop.h"
@@ -50,9 +51,17 @@ class Stage {
   // Whether the screen shows any window, where no window manager keeps windows of its own there.
   bool something_shown() const;
   bool has_state(Window window, const char* state) const;
+  // What the window manager says is active.
+  std::vector<unsigned long> active() const { return property(DefaultRootWindow(display), "_NET_ACTIVE_WINDOW"); }
+  // Where a point of a window lies on the screen.
+  std::pair<int, int> place(Window window, int x = 0, int y = 0) const;
   // Sends a message of format 32 to a window, or about it to the window manager.
   void send(Window to, Window about, const char* type, const std::vector<long>& data) const;
   Atom atom(const char* name) const { return XInternAtom(display, name, False); }
+  // Tells the window manager something about a window.
+  void tell_manager(Window about, const char* type, const std::vector<long>& data = {}) const {
+    send(DefaultRootWindow(display), about, type, data);
+  }
 
   test_support::XServer server;
   test_support::Process window_manager, compositor;
