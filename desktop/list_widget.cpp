@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <algorithm>
 #include <utility>
 
 #include "desktop/mouse.h"
@@ -82,11 +83,15 @@ void ListWidget::take_over() {
     view->setVisible(view == &shown());
   }
   setFocusProxy(&shown());
+  const QFont font = face(list_.Font);
   report_->header()->setStyleSheet(
       QStringLiteral(
           "QHeaderView { background: %1; } QHeaderView::section { background: %1; color: %2; padding: 1px 4px;"
-          " border: 0px solid %2; border-bottom-width: 1px; border-right-width: 1px; }")
-          .arg(colour(list_.BackColor).name(), colour(list_.ForeColor).name()));
+          " border: 0px solid %2; border-bottom-width: 1px; border-right-width: 1px;"
+          " font: %3px \"%4\"; }")
+          .arg(colour(list_.BackColor).name(), colour(list_.ForeColor).name())
+          .arg(font.pixelSize())
+          .arg(font.families().join(QLatin1String("\",\""))));
 
   QScrollBar& across = *shown().horizontalScrollBar();
   QScrollBar& down = *shown().verticalScrollBar();
@@ -118,9 +123,11 @@ void ListWidget::arrange() {
   }
   icons_->setIconSize(size);
   // Icons stand in a grid, with room for two lines of text under each.
-  constexpr int beside = 24;
+  constexpr int beside = 12;
+  constexpr int narrowest = 76;
   const int below = 2 * icons_->fontMetrics().height() + 8;
-  icons_->setGridSize(thumbnails ? size + QSize(beside, below) : QSize());
+  const QSize cell(std::max(size.width() + beside, narrowest), size.height() + below);
+  icons_->setGridSize(thumbnails ? cell : QSize());
   report_->setIconSize({16, 16});
   for (std::size_t i = 0; i < list_.ColumnHeaders.size(); ++i) {
     report_->setColumnWidth(static_cast<int>(i), pixels(list_.ColumnHeaders[i].Width));
