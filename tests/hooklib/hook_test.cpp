@@ -428,7 +428,8 @@ TEST_F(HostProcess, StoppedTheButtonIsTheUsersAndTheHookComesBack) {
 }  // namespace
 }  // namespace hook_test
 
-int main(int count, char** arguments) {
+// What is thrown ends the test program, as it should.
+int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
   if (count == 2 && std::string(arguments[1]) == "host") return hook_test::be_host(), 0;
   testing::InitGoogleTest(&count, arguments);
   return RUN_ALL_TESTS();
