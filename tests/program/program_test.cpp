@@ -25,7 +25,8 @@ std::string profile(const std::string& corner_action, const std::string& slope_a
 // Presses the right button until the press is a drawing, which its trail shows. While the program has not yet answered
 // the release of Ctrl the press is the target's.
 bool begin_again(Desk& desk, Watcher& target, std::pair<int, int> at) {
-  const auto [x, y] = at;
+  const int x = at.first;
+  const int y = at.second;
   constexpr std::uint32_t trail = 0x00FF00;
   return eventually([&] {
     const std::size_t before = target.events().size();
