@@ -95,7 +95,7 @@ class Hooked : public Desktop {
     host->init();
   }
   void TearDown() override {
-    if (host) host->library().EndHook();
+    if (host) host->exports().EndHook();
   }
 
   bool reported(const std::vector<Report>& expected) {
@@ -229,7 +229,7 @@ TEST_F(Hooked, PressBesideAnotherButtonIsTheApplications) {
 }
 
 TEST_F(Hooked, StopCancelsAndGivesTheButtonBack) {
-  Library& library = host->library();
+  Library& library = host->exports();
   begin_drawing({{400, 300}, {500, 300}});
   library.DLL_STOP(1);
   user->release(3);
@@ -259,7 +259,7 @@ std::ptrdiff_t entries(const char* folder) {
 
 TEST_F(Desktop, EndHookGivesEverythingBackAndMayComeAtAnyTime) {
   Host host;
-  Library& library = host.library();
+  Library& library = host.exports();
   library.EndHook();
   library.DLL_STOP(1);
   const auto descriptors = entries("/proc/self/fd");
@@ -362,7 +362,7 @@ void be_host() {
     host.forget();
     poll(waits.data(), waits.size(), -1);
   }
-  host.library().EndHook();
+  host.exports().EndHook();
 }
 
 class HostProcess : public Desktop {

@@ -53,7 +53,7 @@ inline const Report control_up{hook_key_up, key_control};
 // A program with a window that is never shown, on the display of the environment.
 class Host {
  public:
-  Library& library() { return library_; }
+  Library& exports() { return library_; }
   void init() {
     XSync(display_.get(), False);
     library_.InitHook(static_cast<std::uint32_t>(window_));
