@@ -34,6 +34,8 @@ void Dispatch::executer_action(const std::string& action, std::int16_t index) {
     services_.shell.ShellExecuteA(sk_.hWnd, "open", action.substr(2), "", "", normal_window);
   } else if (prefix == "T:") {
     Mod_FSK::force_send_keys(services_.input, action.substr(2), false);
+  } else if (prefix == "C:") {
+    commandes_.executer(action.substr(2), target);
   }
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 
+#include "actions/commandes.h"
 #include "forms/sk.h"
 #include "model/patrons.h"
 #include "platform/services.h"
@@ -15,7 +16,7 @@
 class Dispatch {
  public:
   Dispatch(platform::Services& services, SK& sk, const Mod_dessin::Table& table)
-      : services_(services), sk_(sk), table_(table) {}
+      : services_(services), sk_(sk), table_(table), commandes_(services, sk) {}
 
   // Runs `action` unless the top-level window under the pointer is the main form. `index` is the slot of the patron
   // that asked for it. An unknown prefix or label, and an action of fewer than two characters, do nothing. Leaves a
@@ -29,4 +30,5 @@ class Dispatch {
   platform::Services& services_;
   SK& sk_;
   const Mod_dessin::Table& table_;
+  Commandes commandes_;
 };

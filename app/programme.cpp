@@ -5,7 +5,6 @@
 #include "effects/coloriser.h"
 #include "forms/mod_fenetre.h"
 #include "store/liste.h"
-#include "ui/fenetre.h"
 
 namespace {
 
@@ -21,10 +20,27 @@ Programme::Programme(platform::Services& services)
       ini_(services.profile, services.program.EXEName + ".AI"),
       profil_(ini_, sk_, table_),
       dispatch_(services, sk_, table_),
-      recherche_(sk_, dessin_, table_, vue_, theme_, dispatch_) {
-  menu_.Load = [this](Menu& menu) {
-    menu.Timer1.Elapsed = [this] { services_.events.post([this] { menu_.unload(); }); };
-  };
+      recherche_(sk_, dessin_, table_, vue_, theme_, dispatch_),
+      systray_(services.shell),
+      editeur_(services, actions_, {sk_, table_, theme_, systray_}),
+      menu_icone_(services, sk_, menu_, table_, theme_, systray_, [this] { quit(); }),
+      fenetre_(services, sk_, menu_icone_),
+      vue_liste_(services.windows, sk_, table_, vue_, dessin_, [this] { editeur_.ouvrir(); }),
+      panneaux_(services, sk_, table_, vue_, theme_),
+      boutons_(services.windows, sk_, theme_, gestes()),
+      poignees_(services.windows, sk_, table_, vue_, theme_) {}
+
+ui::Gestes Programme::gestes() {
+  return {.terminer = [this] { quit(); },
+          .basculer = [this](int index) { panneaux_.basculer(index); },
+          .relacher_aide = [this] { panneaux_.relacher_aide(); },
+          .supprimer =
+              [this](const std::string& nom) {
+                enregistrement_->supprimer_patron(nom);
+                Mod_dessin::rebatir_vignettes(sk_, table_);
+              },
+          .enregistrer = [this] { enregistrement_->enregistrer_patron(); },
+          .ecrire = [this] { profil_.ecrire_patrons(); }};
 }
 
 Programme::~Programme() {
@@ -41,6 +57,7 @@ void Programme::Form_Load() {
   if (unloading_) return;  // asked to go while a box was open
   if (!load_hook()) return services_.events.End(status_);
   connect();
+  systray_.CreateIcon(sk_, "Strokemind");
 
   theme_.couleur_theme = couleur_depart;
   coloriser(sk_, theme_, theme_.couleur_theme);
@@ -76,7 +93,10 @@ bool Programme::load_hook() {
         platform::vbSystemModal | platform::vbCritical, "Strokemind");
     return false;
   }
-  capture_.emplace(services_, Capture::Forms{sk_, menu_, actions_}, *hook_, dessin_, theme_, recherche_);
+  capture_.emplace(services_, Capture::Forms{sk_, menu_, actions_}, *hook_, dessin_, theme_, recherche_, systray_);
+  enregistrement_.emplace(services_.dialogs, sk_, table_, vue_, dessin_, profil_, *capture_);
+  editeur_.prendre(*hook_);
+  menu_icone_.prendre(*hook_);
   return true;
 }
 
@@ -85,7 +105,11 @@ void Programme::connect() {
   sk_.KeyUp = [this](int& code, int& shift) { capture_->Form_KeyUp(code, shift); };
   sk_.TimerInfo.Elapsed = [this] { recherche_.TimerInfo_Timer(); };
   sk_.CloseRequest = [this] { quit(); };
-  ui::connect_fenetre(sk_, [this] { quit(); });
+  vue_liste_.connect();
+  panneaux_.connect();
+  boutons_.connect();
+  poignees_.connect();
+  fenetre_.connect();
   hook_->InitHook(sk_.hWnd);
 }
 
@@ -99,6 +123,7 @@ void Programme::quit() {
 void Programme::Form_Unload() {
   Mod_dessin::cacher_fenetre(services_.windows, sk_);
   if (patrons_loaded_) profil_.ecrire_patrons();
+  systray_.DeleteIcon();
   actions_.unload();
   menu_.unload();
   Form_Terminate();

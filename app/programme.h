@@ -16,8 +16,17 @@
 #include "model/theme.h"
 #include "platform/services.h"
 #include "recognition/recherche.h"
+#include "store/enregistrement.h"
 #include "store/mod_ini.h"
 #include "store/profil.h"
+#include "tray/systray.h"
+#include "ui/boutons.h"
+#include "ui/editeur.h"
+#include "ui/fenetre.h"
+#include "ui/menu_icone.h"
+#include "ui/panneaux.h"
+#include "ui/poignees.h"
+#include "ui/vue_liste.h"
 
 class Programme {
  public:
@@ -45,6 +54,7 @@ class Programme {
   void Form_Terminate();
   bool load_hook();
   void connect();
+  ui::Gestes gestes();
 
   platform::Services& services_;
   SK sk_;
@@ -60,8 +70,19 @@ class Programme {
   Mod_dessin::Profil profil_;
   Dispatch dispatch_;
   Mod_dessin::Recherche recherche_;
+  Cls_Systray systray_;
   std::unique_ptr<platform::HookLibrary> hook_;
-  std::optional<Capture> capture_;  // from the loading of the hook library on
+  // From the loading of the hook library on.
+  std::optional<Capture> capture_;
+  std::optional<Mod_dessin::Enregistrement> enregistrement_;
+
+  ui::Editeur editeur_;
+  ui::MenuIcone menu_icone_;
+  ui::Fenetre fenetre_;
+  ui::VueListe vue_liste_;
+  ui::Panneaux panneaux_;
+  ui::Boutons boutons_;
+  ui::Poignees poignees_;
 
   bool patrons_loaded_ = false;  // before that the table must not be written
   bool unloading_ = false;

@@ -7,3 +7,5 @@ for state in on off; do
     rsvg-convert --width "$size" --height "$size" --output "strokemind-$state-$size.png" "strokemind-$state.svg"
   done
 done
+rsvg-convert --width 414 --height 368 --output about.png about.svg
+rsvg-convert --width 32 --height 32 --output pointer.png pointer.svg

@@ -9,16 +9,19 @@ constexpr int longest_wait_ms = 5000;
 
 }  // namespace
 
-KeyTarget::KeyTarget(const test_support::XServer& server) : display_(XOpenDisplay(server.display().c_str())) {
+KeyTarget::KeyTarget(const stage::XServer& server) : display_(XOpenDisplay(server.display().c_str())) {
   XSetWindowAttributes attributes{};
   attributes.override_redirect = True;
   attributes.event_mask = KeyPressMask | ExposureMask;
-  const Window window = XCreateWindow(display_, DefaultRootWindow(display_), 0, 0, 100, 100, 0, CopyFromParent,
-                                      InputOutput, nullptr, CWOverrideRedirect | CWEventMask, &attributes);
-  XMapRaised(display_, window);
+  window_ = XCreateWindow(display_, DefaultRootWindow(display_), 0, 0, 100, 100, 0, CopyFromParent, InputOutput,
+                          nullptr, CWOverrideRedirect | CWEventMask, &attributes);
+  XMapRaised(display_, window_);
   XEvent event;
-  XWindowEvent(display_, window, ExposureMask, &event);
-  XSetInputFocus(display_, window, RevertToParent, CurrentTime);
+  XWindowEvent(display_, window_, ExposureMask, &event);
+}
+
+void KeyTarget::take_keyboard() {
+  XSetInputFocus(display_, window_, RevertToParent, CurrentTime);
   XSync(display_, False);
 }
 

@@ -1,16 +1,18 @@
-// A window that has the keyboard and waits for a key.
+// A window that waits for a key.
 #pragma once
 
-#include "tests/support/xserver.h"
+#include "stage/xserver.h"
 
 struct _XDisplay;
 
 class KeyTarget {
  public:
-  explicit KeyTarget(const test_support::XServer& server);
+  explicit KeyTarget(const stage::XServer& server);
   ~KeyTarget();
   KeyTarget(const KeyTarget&) = delete;
   KeyTarget& operator=(const KeyTarget&) = delete;
+  // Takes the keyboard to itself, whoever has it.
+  void take_keyboard();
   // Drops the keys that have come so far.
   void forget();
   // Waits for a key going down; false where none comes within 5 seconds.
@@ -18,4 +20,5 @@ class KeyTarget {
 
  private:
   _XDisplay* display_;
+  unsigned long window_;
 };

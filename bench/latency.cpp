@@ -33,6 +33,8 @@ int main(int argc, char** argv) {
   std::vector<double> times;
   for (int n = 0; n < gestures; ++n) {
     std::this_thread::sleep_for(apart);
+    // Each time: the main window comes up at the start and may be given the keyboard late.
+    target.take_keyboard();
     if (!desk.user.begin_stroke(3, corner[0].first, corner[0].second)) return 1;
     for (const auto& [x, y] : along(corner)) desk.user.move_to(x, y);
     target.forget();

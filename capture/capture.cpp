@@ -6,7 +6,6 @@
 
 #include "capture/miniature.h"
 #include "platform/hook_contract.h"
-#include "tray/icone.h"
 
 namespace {
 
@@ -63,7 +62,7 @@ void Capture::stroke_finished() {
 
 void Capture::stop(bool stopped) {
   hook_.DLL_STOP(stopped ? 1 : 0);
-  changer_icone(forms_.sk, stopped ? image_arret : image_marche);
+  changer_icone(forms_.sk, systray_, stopped ? image_arret : image_marche);
   forms_.sk.Refresh();
   services_.events.DoEvents();
 }

@@ -11,6 +11,7 @@
 #include "model/theme.h"
 #include "platform/services.h"
 #include "recognition/recherche.h"
+#include "tray/systray.h"
 
 class Capture {
  public:
@@ -20,8 +21,14 @@ class Capture {
     FormInstance<Actions>& actions;
   };
   Capture(platform::Services& services, Forms forms, platform::HookLibrary& hook, Mod_dessin::Dessin& dessin,
-          const Theme& theme, Mod_dessin::Recherche& recherche)
-      : services_(services), forms_(forms), hook_(hook), dessin_(dessin), theme_(theme), recherche_(recherche) {}
+          const Theme& theme, Mod_dessin::Recherche& recherche, Cls_Systray& systray)
+      : services_(services),
+        forms_(forms),
+        hook_(hook),
+        dessin_(dessin),
+        theme_(theme),
+        recherche_(recherche),
+        systray_(systray) {}
 
   // The reports: stroke finished (67), Ctrl (17) and Shift (16) going down; Ctrl coming up. Other keys, and any key
   // while the pause entry is ticked, do nothing. A key pressed on the focused main window is the same event.
@@ -43,5 +50,6 @@ class Capture {
   Mod_dessin::Dessin& dessin_;
   const Theme& theme_;
   Mod_dessin::Recherche& recherche_;
+  Cls_Systray& systray_;
   std::int32_t dernier_rapport_ = 0;  // tick of the last stroke report, ms
 };

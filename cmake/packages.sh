@@ -6,8 +6,12 @@
 build_packages=(
   cmake ninja-build g++ pkg-config ccache
   qt6-base-dev libx11-dev libxi-dev libxtst-dev libxext-dev libxfixes-dev libxrandr-dev libxcb1-dev libx11-xcb-dev
-  libxcb-record0-dev libxcb-xinput-dev libxcb-shape0-dev
+  libxcb-record0-dev libxcb-xinput-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-xtest0-dev
 )
+
+# For the session that ./run plays where there is no display.
+# shellcheck disable=SC2034
+demo_packages=(xvfb openbox trayer xterm x11-utils imagemagick)
 
 # To build and run the tests on top: test libraries, a private screen with what a desktop has, programs that the tests drive,
 # and the tools that look at the sources.
@@ -16,7 +20,7 @@ test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev python3 git
   xvfb openbox xfwm4 metacity picom trayer tint2 dbus-x11
   xdotool xterm x11-utils x11-xkb-utils x11-xserver-utils xclip featherpad mousepad
-  fontconfig imagemagick clang-format clang-tidy shellcheck
+  fontconfig imagemagick clang-format clang-tidy shellcheck clang libclang-rt-dev
 )
 
 # install_missing PACKAGE...: installs those that are not there; does not touch the network when all are.

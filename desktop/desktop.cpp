@@ -14,15 +14,18 @@
 
 #include "desktop/accessible.h"
 #include "desktop/clock.h"
+#include "desktop/desktop_shell.h"
 #include "desktop/dialogs.h"
 #include "desktop/events.h"
 #include "desktop/fonts.h"
 #include "desktop/french.h"
 #include "desktop/hook_loader.h"
+#include "desktop/icons.h"
 #include "desktop/input.h"
 #include "desktop/profile.h"
-#include "desktop/shell.h"
+#include "desktop/session_bus.h"
 #include "desktop/signals.h"
+#include "desktop/tray.h"
 #include "desktop/windows.h"
 #include "desktop/x11.h"
 
@@ -60,12 +63,15 @@ struct Desktop::Parts {
       : arguments(name),
         application(arguments.count(), arguments.values()),
         windows(events, x11),
+        tray(events, windows, x11),
+        shell(x11, tray),
         dialogs(events, windows),
         hooks(program.Path),
         termination(std::move(asked_to_go)) {
     // Hiding the last window leaves the program in the tray.
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(QStringLiteral("Strokemind"));
+    QApplication::setWindowIcon(icon_of({1, "on"}));  // of boxes that belong to no window
     QGuiApplication::setDesktopFileName(QStringLiteral("strokemind"));
     QCoreApplication::installTranslator(&french);
     install_accessible_labels();
@@ -79,6 +85,7 @@ struct Desktop::Parts {
   DesktopClock clock;
   DesktopEvents events;
   DesktopWindows windows;
+  Tray tray;
   DesktopInput input;
   DesktopShell shell;
   DesktopProfile profile;
@@ -107,17 +114,19 @@ bool Desktop::available() {
   return true;
 }
 
-Desktop::Desktop(int /*argc*/, char** argv)
-    : parts_(std::make_unique<Parts>(argv[0], [this] {
-        // Not inside a service that the program believes to be one call.
-        parts_->events.post([this] {
-          if (on_terminate) {
-            on_terminate();
-          } else {
-            parts_->events.End(0);
-          }
-        });
-      })) {}
+Desktop::Desktop(int /*argc*/, char** argv) {
+  const NoBusStarted guard;
+  parts_ = std::make_unique<Parts>(argv[0], [this] {
+    // Not inside a service that the program believes to be one call.
+    parts_->events.post([this] {
+      if (on_terminate) {
+        on_terminate();
+      } else {
+        parts_->events.End(0);
+      }
+    });
+  });
+}
 
 Desktop::~Desktop() = default;
 

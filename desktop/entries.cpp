@@ -1,7 +1,10 @@
 #include "desktop/entries.h"
 
+#include <QContextMenuEvent>
+#include <QMimeData>
 #include <QScopedValueRollback>
 #include <QTextBlock>
+#include <QUrl>
 #include <algorithm>
 #include <utility>
 
@@ -25,9 +28,12 @@ void set_style(QWidget& widget, const QString& style) {
   if (widget.styleSheet() != style) widget.setStyleSheet(style);
 }
 
-// The document's text as it is: its own plain text would turn no-break spaces into common ones.
-QString plain_text(const QTextDocument& document) {
-  return document.toRawText().replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+// The first file of this machine that is dragged; empty where there is none.
+QString local_file(const QMimeData& dragged) {
+  for (const QUrl& url : dragged.urls()) {
+    if (url.isLocalFile()) return url.toLocalFile();
+  }
+  return {};
 }
 
 }  // namespace
@@ -50,100 +56,149 @@ int position_after(const QString& text, int characters) {
   return static_cast<int>(std::min<qsizetype>(position, text.size()));
 }
 
-LineEntry::LineEntry(std::shared_ptr<FormLink> link, platform::TextBox& box, QWidget* parent)
-    : QLineEdit(parent), link_(std::move(link)), box_(box) {
-  setAccessibleName(QString::fromStdString(box.Name));
-  new MouseTap(link_, *this, box_);
+void Entry::start(QWidget& widget, QWidget& pressed) {
+  widget_ = &widget;
+  widget.setAccessibleName(QString::fromStdString(box_.Name));
+  new MouseTap(link_, pressed, box_);
   sync();
   made_ = true;
+}
+
+void Entry::take() {
+  if (syncing_ || !link_->serving()) return;
+  const QScopedValueRollback guard(syncing_, true);
+  const QString text = shown_text();
+  const Range range = shown_range();
+  box_.Text = from_toolkit(text);
+  box_.SelStart = characters_before(text, range.start);
+  box_.SelLength = characters_before(text, range.end) - box_.SelStart;
+}
+
+void Entry::sync() {
+  if (syncing_) return;
+  const QScopedValueRollback guard(syncing_, true);
+  widget_->setFont(face(box_.Font));
+  set_style(*widget_, style_of(box_, widget_class_));
+  dress();
+  const QString wanted = to_toolkit(box_.Text);
+  if (wanted != shown_text()) {
+    show_text(wanted);
+    // A text that the program puts into a box in use has nothing selected in it.
+    if (made_) box_.SelStart = box_.SelLength = 0;
+  }
+  const Range range{position_after(wanted, box_.SelStart), position_after(wanted, box_.SelStart + box_.SelLength)};
+  const Range shown = shown_range();
+  if (shown.start != range.start || shown.end != range.end) show_range(range);
+}
+
+void Entry::show_menu(QMenu* menu, QPoint at) const {
+  const QString ink = colour(box_.ForeColor).name();
+  const QString ground = colour(box_.BackColor).name();
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->setStyleSheet(QStringLiteral("QMenu { background: %2; color: %1; border: 1px solid %1; }"
+                                     "QMenu::item { padding: 3px 18px; } QMenu::item:disabled { color: %3; }"
+                                     "QMenu::item:selected:enabled { background: %1; color: %2; }"
+                                     "QMenu::separator { height: 1px; background: %3; }")
+                          .arg(ink, ground, colour(box_.ForeColor).darker().name()));
+  for (QAction* action : menu->actions()) action->setIcon({});
+  menu->popup(at);
+}
+
+LineEntry::LineEntry(std::shared_ptr<FormLink> link, platform::TextBox& box, QWidget* parent)
+    : QLineEdit(parent), Entry(std::move(link), box, "QLineEdit") {
+  if (box.takes_files) files_ = new PathCompletion(*this);
+  start(*this, *this);
   connect(this, &QLineEdit::textChanged, this, [this] { take(); });
   connect(this, &QLineEdit::selectionChanged, this, [this] { take(); });
   connect(this, &QLineEdit::cursorPositionChanged, this, [this] { take(); });
 }
 
-void LineEntry::take() {
-  if (syncing_ || !link_->serving()) return;
-  const QScopedValueRollback guard(syncing_, true);
-  box_.Text = from_toolkit(text());
+void LineEntry::show_text(const QString& text) {
+  if (files_ != nullptr) files_->close();
+  setText(text);
+}
+
+Entry::Range LineEntry::shown_range() const {
   const int start = hasSelectedText() ? selectionStart() : cursorPosition();
-  box_.SelStart = characters_before(text(), start);
-  box_.SelLength = characters_before(text(), start + static_cast<int>(selectedText().size())) - box_.SelStart;
+  return {start, start + static_cast<int>(selectedText().size())};
 }
 
-// A text that the program puts into a box in use has nothing selected in it.
-void LineEntry::start_anew() {
-  if (!made_) return;
-  box_.SelStart = 0;
-  box_.SelLength = 0;
-}
-
-void LineEntry::sync() {
-  if (syncing_) return;
-  const QScopedValueRollback guard(syncing_, true);
-  setFont(face(box_.Font));
-  set_style(*this, style_of(box_, "QLineEdit"));
-  const QString wanted = to_toolkit(box_.Text);
-  if (wanted != text()) {
-    setText(wanted);
-    start_anew();
-  }
-  const int start = position_after(wanted, box_.SelStart);
-  const int end = position_after(wanted, box_.SelStart + box_.SelLength);
-  if (end > start) {
-    setSelection(start, end - start);
+void LineEntry::show_range(Range range) {
+  deselect();
+  if (range.end > range.start) {
+    setSelection(range.start, range.end - range.start);
   } else {
-    deselect();
-    setCursorPosition(start);
+    setCursorPosition(range.start);
   }
+}
+
+void LineEntry::dress() {
+  if (files_ != nullptr) files_->dress(colour(box().ForeColor), colour(box().BackColor), font());
+}
+
+void LineEntry::contextMenuEvent(QContextMenuEvent* event) {
+  show_menu(createStandardContextMenu(), event->globalPos());
+}
+
+// Accepts what is dragged where it is a file that the box can take. A copy: the file stays where it is.
+bool LineEntry::brings_file(QDropEvent& event) const {
+  if (files_ == nullptr || local_file(*event.mimeData()).isEmpty()) return false;
+  event.setDropAction(Qt::CopyAction);
+  event.accept();
+  return true;
+}
+
+void LineEntry::dragEnterEvent(QDragEnterEvent* event) {
+  if (!brings_file(*event)) QLineEdit::dragEnterEvent(event);
+}
+
+void LineEntry::dragMoveEvent(QDragMoveEvent* event) {
+  if (!brings_file(*event)) QLineEdit::dragMoveEvent(event);
+}
+
+void LineEntry::dropEvent(QDropEvent* event) {
+  if (!brings_file(*event)) {
+    QLineEdit::dropEvent(event);
+    return;
+  }
+  files_->close();
+  selectAll();
+  insert(quoted_path(local_file(*event->mimeData())));
+  setFocus();
 }
 
 TextEntry::TextEntry(std::shared_ptr<FormLink> link, platform::TextBox& box, QWidget* parent)
-    : QPlainTextEdit(parent), link_(std::move(link)), box_(box) {
-  setAccessibleName(QString::fromStdString(box.Name));
+    : QPlainTextEdit(parent), Entry(std::move(link), box, "QPlainTextEdit") {
   setTabChangesFocus(true);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   document()->setDocumentMargin(1);
-  new MouseTap(link_, *viewport(), box_);
-  sync();
-  made_ = true;
+  start(*this, *viewport());
   connect(this, &QPlainTextEdit::textChanged, this, [this] { take(); });
   connect(this, &QPlainTextEdit::selectionChanged, this, [this] { take(); });
   connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] { take(); });
 }
 
-void TextEntry::take() {
-  if (syncing_ || !link_->serving()) return;
-  const QScopedValueRollback guard(syncing_, true);
-  const QString text = plain_text(*document());
-  box_.Text = from_toolkit(text);
-  box_.SelStart = characters_before(text, textCursor().selectionStart());
-  box_.SelLength = characters_before(text, textCursor().selectionEnd()) - box_.SelStart;
+// The document's text as it is: its own plain text would turn no-break spaces into common ones.
+QString TextEntry::shown_text() const {
+  return document()
+      ->toRawText()
+      .replace(QChar::ParagraphSeparator, QLatin1Char('\n'))
+      .replace(QChar::LineSeparator, QLatin1Char('\n'));
 }
 
-// A text that the program puts into a box in use has nothing selected in it.
-void TextEntry::start_anew() {
-  if (!made_) return;
-  box_.SelStart = 0;
-  box_.SelLength = 0;
+Entry::Range TextEntry::shown_range() const {
+  return {textCursor().selectionStart(), textCursor().selectionEnd()};
 }
 
-void TextEntry::sync() {
-  if (syncing_) return;
-  const QScopedValueRollback guard(syncing_, true);
-  setFont(face(box_.Font));
-  set_style(*this, style_of(box_, "QPlainTextEdit"));
-  const QString wanted = to_toolkit(box_.Text);
-  if (wanted != plain_text(*document())) {
-    setPlainText(wanted);
-    start_anew();
-  }
-  const int start = position_after(wanted, box_.SelStart);
-  const int end = position_after(wanted, box_.SelStart + box_.SelLength);
+void TextEntry::show_range(Range range) {
   QTextCursor cursor = textCursor();
-  if (cursor.selectionStart() == start && cursor.selectionEnd() == end) return;
-  cursor.setPosition(start);
-  cursor.setPosition(end, QTextCursor::KeepAnchor);
+  cursor.setPosition(range.start);
+  cursor.setPosition(range.end, QTextCursor::KeepAnchor);
   setTextCursor(cursor);
+}
+
+void TextEntry::contextMenuEvent(QContextMenuEvent* event) {
+  show_menu(createStandardContextMenu(event->pos()), event->globalPos());
 }
 
 CheckEntry::CheckEntry(std::shared_ptr<FormLink> link, platform::CheckBox& box, QWidget* parent)

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QScopedValueRollback>
 #include <QWindow>
+#include <cmath>
 #include <utility>
 
 #include "desktop/accessible.h"
@@ -12,6 +13,7 @@
 #include "desktop/keys.h"
 #include "desktop/list_widget.h"
 #include "desktop/painting.h"
+#include "desktop/show_state.h"
 #include "desktop/style.h"
 
 namespace desktop {
@@ -44,10 +46,18 @@ void FormWindow::make_window() {
   top_->windowHandle()->installEventFilter(this);
   top_->installEventFilter(this);
 
+  // Lists have no window of the display: a name of their own that no window can have, whose top bits are never set.
+  static platform::Handle next_list = 0xE0000000U;
   for (Control* control : form_.Controls) {
+    if (control->kind() == Kind::list_view) static_cast<platform::ListView&>(*control).hWnd = next_list++;
     if (control->kind() != Kind::picture_box) continue;
     auto& box = static_cast<platform::PictureBox&>(*control);
-    box.canvas.set_density(top_->devicePixelRatioF());
+    // Whole, so that what scrolls by a pixel of the design moves by whole pixels of the canvas.
+    box.canvas.set_density(std::ceil(top_->devicePixelRatioF()));
+    if (const QImage picture = picture_of(box.Picture); !picture.isNull()) {
+      const auto* first = reinterpret_cast<const std::uint32_t*>(picture.constBits());
+      box.canvas.cover({first, first + picture.sizeInBytes() / 4}, picture.width(), picture.height());
+    }
     sync(box);
   }
   sync_form();
@@ -134,11 +144,16 @@ void FormWindow::sync(Control& control) {
   own.mirror->sync();
   // Out of sight is out of the way too: a box that nobody sees must not have the keyboard, nor a caret that blinks.
   const bool shown = control.Visible && (control.kind() == Kind::picture_box || within_sight(control));
-  if (widget.isHidden() == shown) widget.setVisible(shown);
+  if (widget.isHidden() != shown) return;
+  // What goes out of sight must not keep the keyboard: the keys are the form's then.
+  QWidget* const focused = top_->focusWidget();
+  if (!shown && focused != nullptr && (focused == &widget || widget.isAncestorOf(focused))) top_->setFocus();
+  widget.setVisible(shown);
 }
 
-void FormWindow::sync_form() {
-  if (adopting_) return;
+void FormWindow::sync_place() {
+  // The toolkit takes a window out of the task bar when it is to be placed: then it is placed when it is shown.
+  if (top_->isMinimized()) return;
   const QRect wanted(pixels(form_.Left), pixels(form_.Top), pixels(form_.Width), pixels(form_.Height));
   if (placed_.size() != wanted.size()) {
     placed_.setSize(wanted.size());
@@ -152,7 +167,11 @@ void FormWindow::sync_form() {
   // The form reads where its window is: on a whole pixel.
   form_.Left = static_cast<float>(wanted.left()) * platform::twips_per_pixel;
   form_.Top = static_cast<float>(wanted.top()) * platform::twips_per_pixel;
+}
 
+void FormWindow::sync_form() {
+  if (adopting_) return;
+  sync_place();
   const QString title = QString::fromStdString(form_.Caption);
   if (top_->windowTitle() != title) top_->setWindowTitle(title);
   if (icon_ != form_.Icon.get()) {
@@ -171,21 +190,27 @@ void FormWindow::adopt_place() {
   form_.Top = static_cast<float>(placed_.top()) * platform::twips_per_pixel;
 }
 
-void FormWindow::settle(bool exposed) {
+void FormWindow::settle(const std::function<bool()>& done) {
   QTimer deadline;
   deadline.setSingleShot(true);
   deadline.start(longest_settling);
-  while (top_->windowHandle()->isExposed() != exposed && deadline.isActive()) {
+  while (!done() && deadline.isActive()) {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
   }
 }
 
 void FormWindow::show() {
   const DesktopEvents::Hold hold(events_);
+  const bool restored = top_->isVisible() && top_->isMinimized();
   if (top_->isMinimized()) top_->setWindowState(Qt::WindowNoState);
+  iconified_ = false;
+  sync_form();
+  shown_ = true;
   top_->show();
+  // A window manager that keeps iconified windows mapped takes no notice of a wish to map one.
+  if (restored) x11_.activate(form_.hWnd);
   if (topmost_) x11_.keep_above(form_.hWnd, true);
-  settle(true);
+  settle([this] { return top_->windowHandle()->isExposed(); });
   // While a window manager puts its frame around a window the toolkit may take the frame's corner of the moment for the
   // window's place, and not hear of the true one. Asked for the place once more, the window manager tells where it is.
   top_->windowHandle()->setPosition(placed_.topLeft());
@@ -194,8 +219,36 @@ void FormWindow::show() {
 
 void FormWindow::hide() {
   const DesktopEvents::Hold hold(events_);
+  if (kept_ && shown_ && x11_.managed()) {
+    if (!iconified_) iconify();
+    return;
+  }
+  iconified_ = false;
   top_->hide();
-  settle(false);
+  settle([this] { return !top_->windowHandle()->isExposed(); });
+}
+
+void FormWindow::iconify() {
+  iconified_ = true;
+  iconic_ = iconic_ && top_->isVisible();
+  // For the same reason the place is settled first; of one that is hidden the display may not have heard yet.
+  if (!top_->isVisible()) top_->windowHandle()->setGeometry(top_->geometry());
+  top_->showMinimized();
+  if (topmost_) x11_.keep_above(form_.hWnd, true);
+  // Asked for again before the window manager has come to it, the window would end up iconified after all. Brought back
+  // by the user before the toolkit has heard of it, it would be taken for iconified ever after.
+  settle([this] { return iconic_; });
+}
+
+void FormWindow::state_changed() {
+  iconic_ = is_iconic(x11_, form_.hWnd);
+}
+
+void FormWindow::keep_reachable(bool kept) {
+  if (top_ == nullptr || kept_ == kept) return;
+  kept_ = kept;
+  // A window that has not been on the screen yet is not to be brought back.
+  if (kept ? shown_ && !top_->isVisible() : iconified_) hide();
 }
 
 bool FormWindow::on_screen() const {
@@ -258,6 +311,7 @@ void FormWindow::refresh(Control* control) {
   } else if (is_painted(control->kind())) {
     holder(*control)->QWidget::repaint(painted_area(*control));
   } else if (const auto found = children_.find(control); found != children_.end()) {
+    if (control->kind() == Kind::list_view) static_cast<ListWidget*>(found->second.widget)->take_over();
     found->second.widget->repaint();
   }
   x11_.flush();
@@ -299,8 +353,20 @@ void FormWindow::set_focus(Control& control) {
   if (const auto found = children_.find(&control); found != children_.end()) found->second.widget->setFocus();
 }
 
+void FormWindow::scroll_list(platform::Handle list, int across, int down) {
+  for (const auto& [control, child] : children_) {
+    if (!link_->serving() || control->kind() != Kind::list_view) continue;
+    if (static_cast<const platform::ListView*>(control)->hWnd != list) continue;
+    static_cast<ListWidget*>(child.widget)->scroll(across, down);
+  }
+}
+
 void FormWindow::key(bool down, int code, int shift) {
   if (link_->serving()) link_->call(down ? form_.KeyDown : form_.KeyUp, code, shift);
+}
+
+void FormWindow::icon_event(int button, int message) {
+  link_->call(form_.MouseMove, platform::MouseEvent{button, 0, static_cast<float>(message), 0});
 }
 
 platform::KeyPressHandler* FormWindow::key_press_handler() const {
@@ -318,6 +384,8 @@ platform::KeyPressHandler* FormWindow::key_press_handler() const {
 
 // Gives whether the key goes no further.
 bool FormWindow::key_pressed(QKeyEvent& event) {
+  if (auto* line = dynamic_cast<LineEntry*>(top_->focusWidget()); line != nullptr && line->completes(event))
+    return true;
   int code = virtual_key(event);
   int shift = shift_state(event.modifiers());
   const int reported = code;
@@ -353,6 +421,13 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
         event->ignore();
         if (link_->serving()) link_->call(form_.CloseRequest);
         return true;
+      }
+      break;
+    case QEvent::WindowStateChange:
+      // The user has taken the window out of the task bar.
+      if (own_widget && !top_->isMinimized()) {
+        iconified_ = false;
+        if (link_->serving()) sync_form();
       }
       break;
     case QEvent::Move:

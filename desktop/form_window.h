@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QRect>
 #include <QTimer>
+#include <functional>
 #include <memory>
 #include <unordered_map>
 #include <unordered_set>
@@ -32,7 +33,14 @@ class FormWindow final : public QObject, public platform::FormHost {
   // Maps the window and returns when it is painted on the screen, or cannot come to be (a second at most). The program
   // is not called meanwhile.
   void show();
+  // Takes the window off the screen; to the task bar if it is to be kept reachable.
   void hide();
+  // Whether the user must be able to bring the window back when it is hidden: from now on, and if it is hidden already,
+  // the task bar keeps an entry for it once it has been shown. Without a window manager there is no task bar, and
+  // nothing changes.
+  void keep_reachable(bool kept);
+  // The window manager has iconified the window or brought it back; the toolkit takes notice next.
+  void state_changed();
   bool on_screen() const;
   // Kept in front of other windows, now and whenever it is shown again.
   void set_topmost(bool topmost);
@@ -42,8 +50,12 @@ class FormWindow final : public QObject, public platform::FormHost {
   // Starts a move that the window manager carries on until the button is released.
   void move_by_user();
   void release_capture();
+  // Scrolls the list of that name, where the form has it: see LVM_SCROLL.
+  void scroll_list(platform::Handle list, int across, int down);
   // What the hook library, or the keyboard, reports.
   void key(bool down, int code, int shift);
+  // What the mouse does on the form's icon in the tray: the form is told as of a move. `message` is a mouse message.
+  void icon_event(int button, int message);
 
   void repaint(platform::Control* control) override;
   void refresh(platform::Control* control) override;
@@ -68,8 +80,10 @@ class FormWindow final : public QObject, public platform::FormHost {
   void restack(const platform::Surface& surface);
   void sync(platform::Control& control);
   void sync_form();
+  void sync_place();
   void adopt_place();
-  void settle(bool exposed);
+  void settle(const std::function<bool()>& done);
+  void iconify();
   void tick(platform::Timer& timer);
   bool key_pressed(QKeyEvent& event);
   platform::KeyPressHandler* key_press_handler() const;
@@ -87,7 +101,11 @@ class FormWindow final : public QObject, public platform::FormHost {
   QRect placed_;                                     // where the program has put the window, toolkit pixels
   platform::Picture icon_;
   bool topmost_ = false;
-  bool adopting_ = false;  // the form's place follows the window, not the other way round
+  bool shown_ = false;      // has been on the screen
+  bool kept_ = false;       // see keep_reachable
+  bool iconified_ = false;  // stands in the task bar in place of being hidden
+  bool iconic_ = false;     // as the toolkit has heard from the window manager
+  bool adopting_ = false;   // the form's place follows the window, not the other way round
 };
 
 }  // namespace desktop

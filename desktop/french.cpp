@@ -9,7 +9,7 @@ namespace desktop {
 
 QString FrenchTexts::translate(const char* /*context*/, const char* text, const char* /*disambiguation*/,
                                int /*n*/) const {
-  static constexpr std::array<std::pair<std::string_view, const char*>, 27> texts = {{
+  static constexpr std::array<std::pair<std::string_view, const char*>, 30> texts = {{
       {"&Undo", "&Annuler"},
       {"&Redo", "&Rétablir"},
       {"Cu&t", "Co&uper"},
@@ -17,6 +17,9 @@ QString FrenchTexts::translate(const char* /*context*/, const char* text, const 
       {"&Paste", "C&oller"},
       {"Delete", "Supprimer"},
       {"Select All", "Tout sélectionner"},
+      {"&Select All", "&Tout sélectionner"},
+      {"&Step up", "&Augmenter"},
+      {"Step &down", "&Diminuer"},
       {"OK", "OK"},
       {"&OK", "&OK"},
       {"Cancel", "Annuler"},

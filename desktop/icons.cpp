@@ -22,4 +22,19 @@ QIcon icon_of(const platform::Picture& picture) {
   return icon;
 }
 
+QImage picture_of(const platform::Picture& picture) {
+  if (picture.handle == 0) return {};
+  register_pictures();
+  return QImage(QStringLiteral(":/icons/%1.png").arg(QString::fromStdString(picture.resource)))
+      .convertToFormat(QImage::Format_ARGB32);
+}
+
+QCursor pointer_of(const platform::Picture& picture) {
+  // Its tip: the finger of the hand that the picture shows.
+  constexpr QPoint tip(10, 1);
+  const QImage image = picture_of(picture);
+  if (image.isNull()) return Qt::ArrowCursor;
+  return QCursor(QPixmap::fromImage(image), tip.x(), tip.y());
+}
+
 }  // namespace desktop

@@ -22,7 +22,7 @@ int ListModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : columns;
 }
 
-QIcon ListModel::icon(const platform::IconReference& reference, const platform::ImageList* images) const {
+QVariant ListModel::picture(const platform::IconReference& reference, const platform::ImageList* images) {
   if (images == nullptr) return {};
   const platform::ListImage* image = reference.key.empty() ? (*images)(reference.number) : (*images)(reference.key);
   if (image == nullptr) return {};
@@ -31,10 +31,7 @@ QIcon ListModel::icon(const platform::IconReference& reference, const platform::
   QImage pixels(reinterpret_cast<const uchar*>(canvas.pixels().data()), canvas.width(), canvas.height(),
                 QImage::Format_ARGB32);
   pixels.setDevicePixelRatio(canvas.density());
-  QIcon result;
-  // The selected row shows the same picture, not one in the colours of the selection.
-  for (const auto mode : {QIcon::Normal, QIcon::Selected}) result.addPixmap(QPixmap::fromImage(pixels.copy()), mode);
-  return result;
+  return QPixmap::fromImage(pixels.copy());
 }
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
@@ -47,14 +44,17 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
       return QString::fromStdString(index.column() == 0 ? row.Text : row.SubItems(index.column()));
     case Qt::DecorationRole:
       if (index.column() != 0) return {};
-      return list_.View == platform::view_icon ? icon(row.Icon, list_.Icons) : icon(row.SmallIcon, list_.SmallIcons);
+      return list_.View == platform::view_icon ? picture(row.Icon, list_.Icons)
+                                               : picture(row.SmallIcon, list_.SmallIcons);
     default:
       return {};
   }
 }
 
 QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (link_->form == nullptr || orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  if (link_->form == nullptr || orientation != Qt::Horizontal) return {};
+  // A narrow column does not show all of its heading.
+  if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
   if (section >= static_cast<int>(list_.ColumnHeaders.size())) return {};
   return QString::fromStdString(list_.ColumnHeaders[static_cast<std::size_t>(section)].Text);
 }

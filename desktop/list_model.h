@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <QIcon>
 #include <memory>
 
 #include "desktop/form_link.h"
@@ -22,7 +21,8 @@ class ListModel final : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-  QIcon icon(const platform::IconReference& reference, const platform::ImageList* images) const;
+  // A pixmap of what was drawn, an icon of a fixed picture, or nothing.
+  static QVariant picture(const platform::IconReference& reference, const platform::ImageList* images);
 
   std::shared_ptr<FormLink> link_;
   platform::ListView& list_;

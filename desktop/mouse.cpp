@@ -70,6 +70,10 @@ platform::MouseEvent MouseRouter::told(const QMouseEvent& event, int button, QPo
 
 bool MouseRouter::handle(const QMouseEvent& event) {
   if (!link_->serving()) return false;
+  // Something else has taken the release of what was pressed here: a menu that the press has opened, for one.
+  const bool only =
+      event.type() == QEvent::MouseMove ? event.buttons() == Qt::NoButton : event.buttons() == event.button();
+  if (only && event.type() != QEvent::MouseButtonRelease) release_capture();
   const QPointF at = position(event);
   switch (event.type()) {
     case QEvent::MouseButtonPress:

@@ -16,22 +16,6 @@ namespace {
 
 using platform::Kind;
 
-// The same rectangle with its edges moved to those of the screen's own pixels. On a screen where one toolkit pixel is
-// one and a half of these, edges would lie between two and be smeared.
-QRectF snapped(const QPainter& painter, const QRectF& area) {
-  const QTransform to_screen = painter.deviceTransform();
-  const QRectF on_screen = to_screen.mapRect(area);
-  const QRectF edges(QPointF(std::round(on_screen.left()), std::round(on_screen.top())),
-                     QPointF(std::round(on_screen.right()), std::round(on_screen.bottom())));
-  return to_screen.inverted().mapRect(edges);
-}
-
-// How many toolkit pixels a line is wide: a whole number of the screen's own, about one toolkit pixel.
-double line_width(const QPainter& painter) {
-  const double density = painter.deviceTransform().m11();
-  return std::max(1.0, std::floor(density)) / density;
-}
-
 QPen dotted(const QColor& ink, double width) {
   QPen pen(ink, width);
   pen.setCapStyle(Qt::FlatCap);
@@ -68,7 +52,8 @@ void paint_label(QPainter& painter, const platform::Label& label) {
   // which is lower than most, would have.
   const QFontMetrics metrics(font);
   int pitch = metrics.ascent() + metrics.descent();
-  if (count > 1 && count * pitch > area.height()) pitch = std::max(area.height() / count, font.pixelSize());
+  if (count > 1 && count * pitch > area.height())
+    pitch = std::min(std::max(area.height() / count, 1), font.pixelSize());
   int top = 0;
   for (QTextLayout& layout : paragraphs) {
     for (int i = 0; i < layout.lineCount(); ++i, top += pitch) layout.lineAt(i).setPosition({0, qreal(top)});
@@ -124,6 +109,19 @@ void paint_line(QPainter& painter, const platform::Line& line) {
 }
 
 }  // namespace
+
+QRectF snapped(const QPainter& painter, const QRectF& area) {
+  const QTransform to_screen = painter.deviceTransform();
+  const QRectF on_screen = to_screen.mapRect(area);
+  const QRectF edges(QPointF(std::round(on_screen.left()), std::round(on_screen.top())),
+                     QPointF(std::round(on_screen.right()), std::round(on_screen.bottom())));
+  return to_screen.inverted().mapRect(edges);
+}
+
+double line_width(const QPainter& painter) {
+  const double density = painter.deviceTransform().m11();
+  return std::max(1.0, std::floor(density)) / density;
+}
 
 bool is_painted(Kind kind) {
   return kind == Kind::label || kind == Kind::shape || kind == Kind::line || kind == Kind::image;

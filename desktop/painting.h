@@ -8,6 +8,12 @@
 
 namespace desktop {
 
+// The same rectangle with its edges moved to those of the screen's own pixels. On a screen where one toolkit pixel is
+// one and a half of these, edges would lie between two and be smeared.
+QRectF snapped(const QPainter& painter, const QRectF& area);
+// How many toolkit pixels a line is wide: a whole number of the screen's own, about one toolkit pixel.
+double line_width(const QPainter& painter);
+
 // Whether controls of a kind are painted on the surface they lie on.
 bool is_painted(platform::Kind kind);
 // What painting a control may touch, in toolkit pixels of its surface. Empty for what is not painted.

@@ -1,57 +1,60 @@
 #include "desktop/profile.h"
 
-#include <fcntl.h>
 #include <pwd.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <utility>
+#include <vector>
 
 namespace desktop {
 
 namespace {
 
 // Far above anything the table can hold; what is larger is no profile and is not read into memory.
-constexpr off_t largest_profile = off_t{32} << 20;  // bytes
+constexpr std::int64_t largest_profile = std::int64_t{32} << 20;  // bytes
 constexpr int most_copies = 1000;
+constexpr const char* mark_temporary = ".nouveau-";  // between the hidden name of a file and the number of a process
+constexpr const char* mark_copy = ".ancien";
+
+// Repeats a call that a signal has broken off.
+template <class Call>
+auto steadily(const Call& call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
 
 // A file descriptor that is closed at the end of its scope.
 class Descriptor {
  public:
-  explicit Descriptor(int fd) : fd_(fd) {}
+  Descriptor(platform::FileSystem& files, const std::string& path, platform::Opening how)
+      : Descriptor(files, steadily([&] { return files.open(path, how); })) {}
+  Descriptor(platform::FileSystem& files, int fd) : files_(files), fd_(fd) {}
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
   ~Descriptor() {
-    if (fd_ >= 0) ::close(fd_);
+    if (fd_ >= 0) files_.close(fd_);
   }
   int get() const { return fd_; }
   bool open() const { return fd_ >= 0; }
   // Closing can be the moment at which a write fails. After EINTR the descriptor is gone all the same.
-  bool close() { return ::close(std::exchange(fd_, -1)) == 0 || errno == EINTR; }
+  bool close() { return files_.close(std::exchange(fd_, -1)) == 0 || errno == EINTR; }
 
  private:
+  platform::FileSystem& files_;
   int fd_;
 };
 
-bool write_all(int fd, std::string_view bytes) {
+bool write_all(platform::FileSystem& files, int fd, std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
+    const std::int64_t written = steadily([&] { return files.write(fd, bytes.data(), bytes.size()); });
     if (written <= 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
-
-bool sync(int fd) {
-  while (::fsync(fd) != 0) {
-    if (errno != EINTR) return false;
   }
   return true;
 }
@@ -64,34 +67,27 @@ std::string folder_of(const std::string& path) {
   return path.substr(0, path.rfind('/'));
 }
 
-// The file behind a chain of symbolic links, which need not exist yet.
-std::string resolved(std::string path) {
-  constexpr int most_links = 40;
-  for (int n = 0; n < most_links; ++n) {
-    char target[PATH_MAX];
-    const ssize_t length = ::readlink(path.c_str(), target, sizeof target);
-    if (length < 0 || length == static_cast<ssize_t>(sizeof target)) break;
-    const std::string_view link(target, static_cast<std::size_t>(length));
-    path = link.starts_with('/') ? std::string(link) : folder_of(path) + "/" + std::string(link);
+std::string name_of(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
+// The process that wrote a temporary file of `target`, or of one of its copies; nothing where the name is none of
+// these.
+std::optional<std::int64_t> writer_of(std::string_view name, const std::string& target) {
+  const std::string start = "." + name_of(target);
+  if (!name.starts_with(start)) return std::nullopt;
+  name.remove_prefix(start.size());
+  const std::size_t mark = name.find(mark_temporary);
+  if (mark == std::string_view::npos || (mark != 0 && !name.starts_with(mark_copy))) return std::nullopt;
+  const std::string_view number = name.substr(mark + std::strlen(mark_temporary));
+  constexpr std::size_t most_digits = 18;
+  if (number.empty() || number.size() > most_digits) return std::nullopt;
+  std::int64_t process = 0;
+  for (const char digit : number) {
+    if (digit < '0' || digit > '9') return std::nullopt;
+    process = process * 10 + (digit - '0');
   }
-  return path;
-}
-
-// What a process that was killed while it saved left behind is taken over.
-int create_temporary(const std::string& path) {
-  constexpr int flags = O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC | O_NOFOLLOW;
-  int fd = ::open(path.c_str(), flags, 0600);
-  if (fd < 0 && errno == EEXIST && ::unlink(path.c_str()) == 0) fd = ::open(path.c_str(), flags, 0600);
-  return fd;
-}
-
-bool write_temporary(const std::string& temporary, const std::string& target, std::string_view bytes) {
-  Descriptor file(create_temporary(temporary));
-  if (!file.open()) return false;
-  struct stat old = {};
-  const bool replaces = ::stat(target.c_str(), &old) == 0 && S_ISREG(old.st_mode);
-  if (replaces && ::fchmod(file.get(), old.st_mode & 07777U) != 0) return false;
-  return write_all(file.get(), bytes) && sync(file.get()) && file.close();
+  return process;
 }
 
 }  // namespace
@@ -109,18 +105,17 @@ std::string profile_folder() {
 
 platform::ReadOutcome ProfileFolder::read(std::string_view file, std::string& bytes) {
   using platform::ReadOutcome;
-  // Not blocking: a pipe of that name must not hold the start up.
-  const Descriptor descriptor(::open(path(file).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const Descriptor descriptor(files_, path(file), platform::Opening::read);
   if (!descriptor.open()) return errno == ENOENT || errno == ENOTDIR ? ReadOutcome::missing : ReadOutcome::unreadable;
-  struct stat state = {};
-  if (::fstat(descriptor.get(), &state) != 0 || !S_ISREG(state.st_mode) || state.st_size > largest_profile) {
+  platform::FileState state;
+  if (files_.fstat(descriptor.get(), state) != 0 || !state.regular || state.size > largest_profile) {
     return ReadOutcome::unreadable;
   }
-  bytes.resize(static_cast<std::size_t>(state.st_size));
+  bytes.resize(static_cast<std::size_t>(state.size));
   std::size_t filled = 0;
   while (filled < bytes.size()) {
-    const ssize_t got = ::read(descriptor.get(), bytes.data() + filled, bytes.size() - filled);
-    if (got < 0 && errno == EINTR) continue;
+    const std::int64_t got =
+        steadily([&] { return files_.read(descriptor.get(), bytes.data() + filled, bytes.size() - filled); });
     if (got < 0) return ReadOutcome::unreadable;
     if (got == 0) break;
     filled += static_cast<std::size_t>(got);
@@ -129,48 +124,125 @@ platform::ReadOutcome ProfileFolder::read(std::string_view file, std::string& by
   return ReadOutcome::read;
 }
 
-bool ProfileFolder::replace(std::string_view file, std::string_view bytes) {
-  const std::string target = resolved(path(file));
-  std::error_code ignored;  // the opening of the temporary file tells whether the folder is there
-  const std::filesystem::path folder = folder_of(target);
-  std::filesystem::create_directories(folder.parent_path(), ignored);
-  ::mkdir(folder.c_str(), 0700);
+// The file behind a chain of symbolic links, which need not exist yet. Nothing where the chain cannot be followed: a
+// file put in the place of the link would be another one than the user's.
+std::optional<std::string> ProfileFolder::resolved(std::string path) const {
+  constexpr int most_links = 40;
+  for (int n = 0; n < most_links; ++n) {
+    std::string link;
+    if (steadily([&] { return files_.readlink(path, link); }) != 0) {
+      if (errno == EINVAL || errno == ENOENT || errno == ENOTDIR) return path;
+      return std::nullopt;
+    }
+    path = link.starts_with('/') ? link : folder_of(path).append("/").append(link);
+  }
+  errno = ELOOP;
+  return std::nullopt;
+}
 
-  const std::string temporary = folder.string() + "/." + target.substr(target.rfind('/') + 1) + ".nouveau";
-  if (!write_temporary(temporary, target, bytes) || ::rename(temporary.c_str(), target.c_str()) != 0) {
-    complain("save", target);
-    ::unlink(temporary.c_str());
+// The process is part of the name, so that two that save at once do not tread on each other.
+std::string ProfileFolder::temporary_of(const std::string& target) const {
+  return folder_of(target) + "/." + name_of(target) + mark_temporary + std::to_string(files_.process());
+}
+
+// What an earlier save, or an earlier process of the same number, could not remove is taken over.
+int ProfileFolder::create_temporary(const std::string& path) {
+  const auto create = [&] { return steadily([&] { return files_.open(path, platform::Opening::create); }); };
+  const int fd = create();
+  if (fd >= 0 || errno != EEXIST || files_.unlink(path) != 0) return fd;
+  return create();
+}
+
+bool ProfileFolder::write_temporary(const std::string& temporary, const std::string& target, std::string_view bytes) {
+  Descriptor file(files_, create_temporary(temporary));
+  if (!file.open()) return false;
+  platform::FileState old;
+  const bool there = files_.stat(target, old) == 0;
+  if (!there && errno != ENOENT) return false;
+  const auto keep_mode = [&] { return files_.fchmod(file.get(), old.mode); };
+  if (there && old.regular && steadily(keep_mode) != 0) return false;
+  return write_all(files_, file.get(), bytes) && steadily([&] { return files_.fsync(file.get()); }) == 0 &&
+         file.close();
+}
+
+// Makes a folder and those above it. Where it cannot, the opening of the temporary file tells.
+void ProfileFolder::make_folder(const std::string& folder) {
+  if (folder.empty()) return;
+  int made = files_.mkdir(folder);
+  if (made != 0 && errno == ENOENT) {
+    make_folder(folder_of(folder));
+    made = files_.mkdir(folder);
+  }
+  if (made == 0) make_lasting(folder_of(folder));
+}
+
+// Makes the names in a folder outlast a power cut.
+bool ProfileFolder::make_lasting(const std::string& folder) {
+  const Descriptor directory(files_, folder.empty() ? "/" : folder, platform::Opening::folder);
+  return directory.open() && steadily([&] { return files_.fsync(directory.get()); }) == 0;
+}
+
+// Removes the temporary files of processes that were killed while they saved, and any that this one could not remove.
+void ProfileFolder::remove_leftovers(const std::string& target) {
+  const std::string folder = folder_of(target) + "/";
+  std::vector<std::string> names;
+  if (files_.list(folder, names) != 0) return;
+  for (const std::string& name : names) {
+    const std::optional<std::int64_t> writer = writer_of(name, target);
+    if (writer && (*writer == files_.process() || !files_.alive(*writer))) files_.unlink(folder + name);
+  }
+}
+
+bool ProfileFolder::replace(std::string_view file, std::string_view bytes) {
+  const std::optional<std::string> target = resolved(path(file));
+  if (!target) {
+    complain("save", path(file));
+    return false;
+  }
+  make_folder(folder_of(*target));
+  const std::string temporary = temporary_of(*target);
+  if (!write_temporary(temporary, *target, bytes) || files_.rename(temporary, *target) != 0) {
+    complain("save", *target);
+    files_.unlink(temporary);
     return false;
   }
   // The new file is in place; only a power cut in the next moments could still bring the old one back.
-  const Descriptor directory(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!directory.open() || !sync(directory.get())) complain("make lasting", target);
+  if (!make_lasting(folder_of(*target))) complain("make lasting", *target);
+  remove_leftovers(*target);
+  if (path(file) != *target) remove_leftovers(path(file));
   return true;
 }
 
 bool ProfileFolder::set_aside(std::string_view file) {
-  const std::string original = resolved(path(file));
-  struct stat state = {};
-  if (::lstat(original.c_str(), &state) != 0 && errno == ENOENT) return true;
-  for (int n = 1; n <= most_copies; ++n) {
-    const std::string copy = path(file) + ".ancien" + (n == 1 ? "" : "-" + std::to_string(n));
-    if (::link(original.c_str(), copy.c_str()) == 0) return true;
-    std::string bytes;
-    const bool readable = read(file, bytes) == platform::ReadOutcome::read;
-    if (::lstat(copy.c_str(), &state) == 0) {
-      // What has been kept already need not be kept again: an oddity may survive the save, and come at every start.
-      std::string kept;
-      if (readable && read(copy.substr(copy.rfind('/') + 1), kept) == platform::ReadOutcome::read && kept == bytes) {
-        return true;
-      }
-      continue;
-    }
-    if (readable) return replace(copy.substr(copy.rfind('/') + 1), bytes);
-    if (::rename(original.c_str(), copy.c_str()) == 0) return true;
-    break;
+  const std::optional<std::string> original = resolved(path(file));
+  if (original && files_.lstat(*original) != 0 && errno == ENOENT) return true;
+  for (int n = 1; original && n <= most_copies; ++n) {
+    const Copy copy = copy_to(*original, file, std::string(file) + mark_copy + (n == 1 ? "" : "-" + std::to_string(n)));
+    if (copy == Copy::name_taken) continue;
+    if (copy == Copy::failed) break;
+    // The save that follows must not outlast the copy.
+    if (copy == Copy::made && !make_lasting(folder_)) complain("make lasting", path(file) + mark_copy);
+    return true;
   }
-  complain("set aside", original);
+  complain("set aside", path(file));
   return false;
+}
+
+ProfileFolder::Copy ProfileFolder::copy_to(const std::string& original, std::string_view file,
+                                           const std::string& name) {
+  if (files_.link(original, path(name)) == 0) return Copy::made;
+  std::string bytes;
+  const bool readable = read(file, bytes) == platform::ReadOutcome::read;
+  if (files_.lstat(path(name)) == 0) {
+    // What has been kept already need not be kept again: an oddity may survive the save, and come at every start.
+    std::string kept;
+    const bool same = readable && read(name, kept) == platform::ReadOutcome::read && kept == bytes;
+    return same ? Copy::there_already : Copy::name_taken;
+  }
+  // Without knowing that the name is free nothing may be put there.
+  if (errno != ENOENT) return Copy::failed;
+  if (readable) return replace(name, bytes) ? Copy::made : Copy::failed;
+  return files_.rename(original, path(name)) == 0 ? Copy::made : Copy::failed;
 }
 
 }  // namespace desktop

@@ -113,8 +113,7 @@ int start_entry(const std::string& path, const Surroundings& around) {
 
 }  // namespace
 
-int DesktopShell::ShellExecuteA(platform::Handle /*owner*/, std::string_view verb, std::string_view file,
-                                std::string_view parameters, std::string_view directory, int /*show*/) {
+int shell_open(std::string_view verb, std::string_view file, std::string_view parameters, std::string_view directory) {
   if (!verb.empty() && !platform::equal_ignoring_case(verb, "open")) return error_no_association;
   const std::string home = home_folder();
   const Surroundings around{.home = home,
@@ -137,10 +136,6 @@ int DesktopShell::ShellExecuteA(platform::Handle /*owner*/, std::string_view ver
       break;
   }
   return error_not_found;
-}
-
-bool DesktopShell::tray_present() {
-  return false;
 }
 
 }  // namespace desktop

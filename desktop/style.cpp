@@ -18,6 +18,10 @@ QColor colour(std::int32_t value) {
                          static_cast<int>(channels >> 16 & 0xFFU));
 }
 
+std::int32_t value_of(const QColor& colour) {
+  return colour.red() | colour.green() << 8 | colour.blue() << 16;
+}
+
 QFont face(const platform::Font& font) {
   constexpr float pixels_per_point = 96.0F / 72.0F;
   QFont result;

@@ -19,6 +19,7 @@ QRect place_of(const platform::Control& control);
 
 // Of a 32-bit colour with red in the low byte.
 QColor colour(std::int32_t value);
+std::int32_t value_of(const QColor& colour);
 // A face for painting. A name that the system does not know gives a plain face without serifs. Points are those of a
 // screen of 96 to the inch, as the design's twips are.
 QFont face(const platform::Font& font);

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <utility>
 
+#include "desktop/icons.h"
 #include "desktop/painting.h"
 #include "desktop/style.h"
 
@@ -46,8 +47,8 @@ void SurfaceWidget::mouseMoveEvent(QMouseEvent* event) {
   if (std::exchange(entered_at_, std::nullopt) == event->globalPosition()) return;
   if (event->buttons() == Qt::NoButton && link_->serving()) {
     const platform::Label* label = label_at(surface_, event->position().toPoint());
-    const auto shape = label != nullptr && label->hand_pointer ? Qt::PointingHandCursor : Qt::ArrowCursor;
-    if (cursor().shape() != shape) setCursor(shape);
+    const platform::Picture pointer = label != nullptr ? label->MouseIcon.get() : platform::Picture{};
+    if (pointer_ != pointer) setCursor(pointer_of(pointer_ = pointer));
   }
   mouse_.handle(*event);
 }

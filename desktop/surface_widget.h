@@ -36,6 +36,7 @@ class SurfaceWidget : public QWidget, public Mirror {
   std::optional<QPointF> entered_at_;  // where the pointer has come in and not moved since, on the screen
   platform::PictureBox* const box_;
   MouseRouter mouse_;
+  platform::Picture pointer_;  // that the mouse shows over the widget
 };
 
 }  // namespace desktop

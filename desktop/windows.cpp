@@ -1,10 +1,14 @@
 #include "desktop/windows.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <algorithm>
 #include <chrono>
+#include <climits>
 #include <thread>
 
+#include "desktop/show_state.h"
+#include "desktop/style.h"
 #include "platform/hook_contract.h"
 
 namespace desktop {
@@ -13,7 +17,7 @@ using platform::Form;
 using platform::Handle;
 
 DesktopWindows::DesktopWindows(DesktopEvents& events, const X11& x11)
-    : events_(events), x11_(x11), report_(x11.atom(hook_report_atom)) {
+    : events_(events), x11_(x11), report_(x11.atom(hook_report_atom)), question_(x11.atom(hook_question_atom)) {
   qApp->installNativeEventFilter(this);
 }
 
@@ -56,6 +60,8 @@ void DesktopWindows::Show(Form& form) {
   form.Visible = true;
   FormWindow* window = find(form);
   if (window == nullptr || window->widget() == nullptr) return;
+  // What the user has before him already is left alone: asked for again, the keyboard would be away for a moment.
+  if (window->on_screen() && window->widget()->isActiveWindow()) return;
   window->show();
   x11_.activate(form.hWnd);
 }
@@ -134,18 +140,46 @@ bool DesktopWindows::SetWindowPos(Handle handle, std::int32_t place, int x, int 
   return true;
 }
 
-bool DesktopWindows::PostMessageA(Handle window, std::uint32_t message, std::int32_t wParam, std::int32_t /*lParam*/) {
-  constexpr std::uint32_t WM_NCLBUTTONDOWN = 161;
-  constexpr std::int32_t HTCAPTION = 2;
+bool DesktopWindows::PostMessageA(Handle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) {
   // To every window: fonts have changed. Here the toolkit knows by itself.
   if (window == 0) return message == platform::WM_FONTCHANGE;
-  if (find(window) == nullptr) return false;
-  if (message == WM_NCLBUTTONDOWN && wParam == HTCAPTION) {
-    events_.post([this, window] {
-      if (FormWindow* moved = find(window)) moved->move_by_user();
+  if (message == platform::LVM_SCROLL) {
+    // Looked for when it is served: the form may be gone by then.
+    events_.post([this, window, wParam, lParam] {
+      for (const auto& form : windows_) form->scroll_list(window, wParam, lParam);
     });
+    return true;
   }
+  if (find(window) == nullptr || message != platform::WM_NCLBUTTONDOWN || wParam != platform::HTCAPTION) return false;
+  events_.post([this, window] {
+    if (FormWindow* moved = find(window)) moved->move_by_user();
+  });
   return true;
+}
+
+int DesktopWindows::GetWindowPlacement(Handle window) {
+  return show_state(x11_, window);
+}
+
+bool DesktopWindows::ShowWindow(Handle window, int state) {
+  return set_show_state(x11_, window, state);
+}
+
+platform::Screen DesktopWindows::Screen(const Form& form) {
+  const QRect window(pixels(form.Left), pixels(form.Top), pixels(form.Width), pixels(form.Height));
+  const QScreen* nearest = QGuiApplication::primaryScreen();
+  int least = INT_MAX;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    const QRect area = screen->geometry();
+    const QPoint middle = window.center();
+    const QPoint inside(std::clamp(middle.x(), area.left(), area.right()),
+                        std::clamp(middle.y(), area.top(), area.bottom()));
+    const int distance = (middle - inside).manhattanLength();
+    if (distance < least) least = distance, nearest = screen;
+  }
+  const QRect area = nearest->geometry();
+  const auto twips = [](int length) { return static_cast<float>(length) * platform::twips_per_pixel; };
+  return {twips(area.left()), twips(area.top()), twips(area.width()), twips(area.height()), platform::twips_per_pixel};
 }
 
 void DesktopWindows::ReleaseCapture() {
@@ -162,13 +196,25 @@ QWidget* DesktopWindows::dialog_owner() const {
   return owner;
 }
 
-// Reports of the hook library reach a window whether it is shown or not.
+void DesktopWindows::keep_reachable(Handle kept) {
+  for (const auto& window : windows_) window->keep_reachable(kept != 0 && window->form().hWnd == kept);
+}
+
+// Reports of the hook library reach a window whether it is shown or not. Its question is answered here and nowhere
+// else: this runs whenever the program serves its events, also within a box, and never while it hangs.
 bool DesktopWindows::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
   if (type != "xcb_generic_event_t") return false;
   constexpr int event_mask = 0x7F;  // the top bit says that it was sent by a program
+  const auto* change = static_cast<const xcb_property_notify_event_t*>(message);
+  if ((change->response_type & event_mask) == XCB_PROPERTY_NOTIFY && change->atom == x11_.wm_state()) {
+    if (FormWindow* window = find(change->window)) window->state_changed();
+    return false;
+  }
   const auto* event = static_cast<const xcb_client_message_event_t*>(message);
-  if ((event->response_type & event_mask) != XCB_CLIENT_MESSAGE || event->type != report_) return false;
+  if ((event->response_type & event_mask) != XCB_CLIENT_MESSAGE) return false;
   const std::uint32_t* data = event->data.data32;
+  if (event->type == question_ && event->format == 32) x11_.send_back(*event, data[0]);
+  if (event->type != report_) return event->type == question_;
   const bool known = data[0] == hook_key_down || data[0] == hook_key_up;
   if (event->format == 32 && known && find(event->window) != nullptr) {
     // Later, not from within the reading of events: the handler may open a box and serve events of its own.

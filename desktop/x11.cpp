@@ -1,6 +1,9 @@
 #include "desktop/x11.h"
 
+#include <xcb/xfixes.h>
+
 #include <QGuiApplication>
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 
@@ -37,15 +40,35 @@ X11::X11() : connection_(qGuiApp->nativeInterface<QNativeInterface::QX11Applicat
 }
 
 xcb_atom_t X11::atom(const std::string& name) const {
+  if (const auto known = atoms_.find(name); known != atoms_.end()) return known->second;
   const auto reply = answer(connection_, xcb_intern_atom_reply,
                             xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()));
-  return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+  return reply ? atoms_.emplace(name, reply->atom).first->second : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+// Whether a program has taken the part on this screen that the selection stands for.
+bool X11::owned(const std::string& selection) const {
+  const auto reply = answer(connection_, xcb_get_selection_owner_reply,
+                            xcb_get_selection_owner(connection_, atom(selection + std::to_string(screen_))));
+  return reply && reply->owner != XCB_NONE;
 }
 
 bool X11::composited() const {
-  const auto reply = answer(connection_, xcb_get_selection_owner_reply,
-                            xcb_get_selection_owner(connection_, atom("_NET_WM_CM_S" + std::to_string(screen_))));
-  return reply && reply->owner != XCB_NONE;
+  return owned("_NET_WM_CM_S");
+}
+
+bool X11::embeds_icons() const {
+  return owned("_NET_SYSTEM_TRAY_S");
+}
+
+std::uint8_t X11::watch_embedding() const {
+  constexpr std::uint32_t every_change = XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE;
+  xcb_xfixes_select_selection_input(connection_, root_, atom("_NET_SYSTEM_TRAY_S" + std::to_string(screen_)),
+                                    every_change);
+  const auto* extension = xcb_get_extension_data(connection_, &xcb_xfixes_id);
+  return static_cast<std::uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
 }
 
 platform::Point X11::pointer() const {
@@ -116,18 +139,60 @@ platform::Handle X11::parent(platform::Handle window) const {
   return client_inside(outermost, deepest_frame) != XCB_NONE ? 0 : own->parent;
 }
 
-void X11::ask_window_manager(xcb_window_t window, const char* message, std::uint32_t first, std::uint32_t second,
-                             std::uint32_t fourth) const {
+xcb_window_t X11::client_of(platform::Handle window) const {
+  xcb_window_t outermost = window;
+  for (xcb_window_t at = window; at != XCB_NONE && at != root_;) {
+    if (is_client(at)) return at;
+    const auto own = family(at);
+    if (!own) return XCB_NONE;
+    outermost = at;
+    at = own->parent;
+  }
+  return outermost == XCB_NONE || outermost == root_ ? XCB_NONE : client_inside(outermost, deepest_frame);
+}
+
+bool X11::is_own(xcb_window_t window) const {
+  const xcb_setup_t* setup = xcb_get_setup(connection_);
+  return (window & ~setup->resource_id_mask) == setup->resource_id_base;
+}
+
+std::vector<std::uint32_t> X11::property(xcb_window_t window, const char* name) const {
+  constexpr std::uint32_t most = 4096;  // items; a list of windows is the longest that is asked for
+  const auto reply = answer(connection_, xcb_get_property_reply,
+                            xcb_get_property(connection_, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, most));
+  constexpr int item_bits = 32;
+  if (!reply || reply->format != item_bits) return {};
+  const auto* items = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+  return {items, items + reply->value_len};
+}
+
+std::optional<Area> X11::geometry(xcb_window_t window) const {
+  const auto reply = answer(connection_, xcb_get_geometry_reply, xcb_get_geometry(connection_, window));
+  if (!reply) return std::nullopt;
+  return Area{reply->x, reply->y, reply->width, reply->height};
+}
+
+void X11::map(xcb_window_t window) const {
+  // Gone meanwhile: nobody is to hear of it.
+  std::free(xcb_request_check(connection_, xcb_map_window_checked(connection_, window)));
+}
+
+void X11::ask_window_manager(xcb_window_t window, const char* message, const std::array<std::uint32_t, 5>& data) const {
   xcb_client_message_event_t event{};
   event.response_type = XCB_CLIENT_MESSAGE;
   event.format = 32;
   event.window = window;
   event.type = atom(message);
-  event.data.data32[0] = first;
-  event.data.data32[1] = second;
-  event.data.data32[3] = fourth;
+  std::copy(data.begin(), data.end(), event.data.data32);
   xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                  reinterpret_cast<const char*>(&event));
+  flush();
+}
+
+void X11::send_back(const xcb_client_message_event_t& message, xcb_window_t window) const {
+  xcb_client_message_event_t answer = message;
+  answer.window = window;
+  xcb_send_event(connection_, 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&answer));
   flush();
 }
 
@@ -136,7 +201,7 @@ void X11::activate(xcb_window_t window) const {
     // In the user's name: it is his click or his gesture that asks for it, though not one on this window, and some
     // window managers hold a program's own wish back.
     constexpr std::uint32_t from_user = 2;
-    ask_window_manager(window, "_NET_ACTIVE_WINDOW", from_user, XCB_CURRENT_TIME, 0);
+    ask_window_manager(window, "_NET_ACTIVE_WINDOW", {from_user, XCB_CURRENT_TIME});
     return;
   }
   constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
@@ -150,7 +215,7 @@ void X11::activate(xcb_window_t window) const {
 void X11::keep_above(xcb_window_t window, bool above) const {
   if (managed()) {
     constexpr std::uint32_t from_program = 1;
-    ask_window_manager(window, "_NET_WM_STATE", above ? 1 : 0, atom("_NET_WM_STATE_ABOVE"), from_program);
+    ask_window_manager(window, "_NET_WM_STATE", {above ? 1U : 0U, atom("_NET_WM_STATE_ABOVE"), 0, from_program});
     return;
   }
   constexpr std::uint32_t front = XCB_STACK_MODE_ABOVE;

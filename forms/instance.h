@@ -24,12 +24,15 @@ class FormInstance {
     if (form_ == nullptr) {
       form_ = std::make_unique<F>();
       windows_.load(*form_);
+      loading_ = true;
       if (Load) Load(*form_);
+      loading_ = false;
     }
     return *form_;
   }
   void unload() {
-    if (form_ == nullptr) return;
+    // From under its own loading it does not go: that can only be asked for by the end of the program, inside a box.
+    if (form_ == nullptr || loading_) return;
     if (Unload) Unload(*form_);
     windows_.unload(*form_);
     form_.reset();
@@ -40,4 +43,5 @@ class FormInstance {
  private:
   platform::Windows& windows_;
   std::unique_ptr<F> form_;
+  bool loading_ = false;
 };

@@ -22,12 +22,6 @@ void fondre(platform::Windows& windows, platform::Form& form, std::int16_t& ms) 
   windows.AnimateWindow(form.hWnd, ms, platform::AW_ACTIVATE | platform::AW_BLEND);
 }
 
-void nommer_police(platform::Property<platform::Font>& property) {
-  platform::Font font = property;
-  font.Name = nom_police;
-  property = font;
-}
-
 }  // namespace
 
 void montrer_fenetre(platform::Windows& windows, SK& sk, std::int16_t& ms) {
@@ -50,7 +44,13 @@ void cacher_fenetre(platform::Windows& windows, SK& sk) {
   windows.AnimateWindow(sk.hWnd, duree_cacher_ms, platform::AW_HIDE | platform::AW_BLEND);
 }
 
-void charger_police(platform::Services& services, SK& sk) {
+void nommer_police(platform::Property<platform::Font>& font) {
+  platform::Font named = font;
+  named.Name = nom_police;
+  font = named;
+}
+
+void installer_police(platform::Services& services) {
   // A path always gets its separator, even behind one.
   const std::string path = services.program.Path + "/" + fichier_police;
   const auto installed = static_cast<std::int16_t>(services.fonts.AddFontResourceA(path));
@@ -59,6 +59,10 @@ void charger_police(platform::Services& services, SK& sk) {
   } else {
     services.windows.PostMessageA(0, platform::WM_FONTCHANGE, 0, 0);
   }
+}
+
+void charger_police(platform::Services& services, SK& sk) {
+  installer_police(services);
   for (platform::Property<platform::Font>* font :
        {&sk.Font, &sk.lblcaption.Font, &sk.PicSplash(0).Font, &sk.PicSplash(1).Font, &sk.Pictxt.Font, &sk.lblRes.Font,
         &sk.lblpatron.Font, &sk.Bouton(6).Font, &sk.Bouton(7).Font, &sk.lblCom(0).Font, &sk.lblCom(2).Font,

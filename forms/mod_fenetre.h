@@ -29,6 +29,10 @@ void cacher_fenetre(platform::Windows& windows, SK& sk);
 inline constexpr const char* fichier_police = "OCRAEXT.TTF";
 inline constexpr const char* nom_police = "OCR A Extended";
 
+// Makes the program's font known, or says in a box that it cannot be had.
+void installer_police(platform::Services& services);
+// Sets its name, and leaves size and weight alone.
+void nommer_police(platform::Property<platform::Font>& font);
 // Makes the program's font known and sets it on the main form; says so in a box where the font cannot be had.
 void charger_police(platform::Services& services, SK& sk);
 

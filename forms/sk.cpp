@@ -109,6 +109,8 @@ void panneau(SK& sk) {
     auto& strip = sk.PicSplash.add(index, sk.Pictxt, "PicSplash", {8, top, width, 150});
     strip.BackColor = vert;
     strip.ForeColor = 0;
+    // As high as the strip; the name is set with the others'.
+    police(strip.Font, "MS Sans Serif", 6.75F);
   }
   poignee(sk, sk.ScrollX, 6, {0, 0, 495, 165});
   poignee(sk, sk.ScrollY, 7, {0, 0, 165, 495});
@@ -119,6 +121,7 @@ void hors_de_vue(SK& sk) {
   sk.PicRef.ScaleMode = platform::scale_pixels;
   sk.PicRef.ForeColor = vert;
   sk.PicScr.Visible = false;
+  sk.PicScr.Picture = platform::Picture{image_apropos, "about"};
   sk.PicTmp.Visible = false;
   police(sk.PicTmp.Font, "OCR A Extended", 5.25F);
   sk.Check1.Visible = false;

@@ -11,6 +11,9 @@ inline constexpr std::int32_t rouge = 0x000000FF;
 // Numbers of the images of ImageList132.
 inline constexpr int image_marche = 1;  // the hook runs
 inline constexpr int image_arret = 2;   // the hook is stopped
+// Numbers of pictures that stand in no list.
+inline constexpr int image_apropos = 3;
+inline constexpr int image_pointeur = 4;
 
 class SK : public platform::Form {
  public:

@@ -57,11 +57,12 @@ xcb_atom_t atom_of(xcb_connection_t* connection, xcb_intern_atom_cookie_t cookie
 Atoms intern_atoms(xcb_connection_t* connection, int screen) {
   const std::string number = std::to_string(screen);
   const auto report = ask_atom(connection, hook_report_atom);
+  const auto question = ask_atom(connection, hook_question_atom);
   const auto owner = ask_atom(connection, "_STROKEMIND_BUTTON_S" + number);
   const auto compositor = ask_atom(connection, "_NET_WM_CM_S" + number);
   const auto xtest_device = ask_atom(connection, "XTEST Device");
-  return {atom_of(connection, report), atom_of(connection, owner), atom_of(connection, compositor),
-          atom_of(connection, xtest_device)};
+  return {atom_of(connection, report), atom_of(connection, question), atom_of(connection, owner),
+          atom_of(connection, compositor), atom_of(connection, xtest_device)};
 }
 
 // Where the pointer is while the server withholds its events can only be recorded. The context belongs to the control

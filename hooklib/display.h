@@ -27,6 +27,7 @@ using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
 
 struct Atoms {
   xcb_atom_t report = 0;        // type of the reports to the program
+  xcb_atom_t question = 0;      // type of the question whether it hangs
   xcb_atom_t owner = 0;         // selection of the one instance that has the button
   xcb_atom_t compositor = 0;    // selection that a compositing manager owns
   xcb_atom_t xtest_device = 0;  // property of the devices through which programs inject

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace hooklib {
 
@@ -29,10 +30,14 @@ enum class Release {
   as_stroke,  // as swallow, and the stroke is reported
 };
 
+// A worn switch lets go for a moment. A release is one only if no press at the same place follows within this time.
+inline constexpr std::uint32_t bounce_ms = 25;
+
 // What is to be done now. The parts are done in this order.
 struct Step {
   bool begin = false;  // start recording the pointer's way
-  bool end = false;    // stop recording and take the trail off the screen
+  bool end = false;    // stop recording
+  bool lift = false;   // the button came up, or down again after that: see what was recorded of it
   Release release = Release::none;
   bool operator==(const Step&) const = default;
 };
@@ -43,6 +48,11 @@ class Gesture {
   // the press that it froze, and also while it freezes.
   Step button_down(Contact contact, std::uint32_t time_ms);
   Step button_up(Contact contact);
+
+  // After a lift: the button stays up.
+  Step stays_up();
+  // The switch had let go for a moment only, until this press. The drawing goes on, unless it has let go again.
+  void bounced(std::uint32_t press_ms);
 
   // The server froze a press of the right button made at this time. `wanted` is false if the press is not for drawing:
   // Ctrl is held, or drawing is stopped.
@@ -61,11 +71,15 @@ class Gesture {
   Step device_gone(std::uint16_t device);
 
   bool drawing() const { return state_ == State::drawing; }
+  // The button came up and may come down again at once.
+  bool lifted() const { return state_ == State::lifted; }
   // The button is up, but what was recorded is not all there yet.
   bool finishing() const { return state_ == State::finishing; }
+  // There is a press that the server froze for us.
+  bool holding() const { return state_ != State::idle; }
 
  private:
-  enum class State { idle, drawing, finishing };
+  enum class State { idle, drawing, lifted, finishing };
   struct Press {
     Contact contact{};
     std::uint32_t time_ms = 0;
@@ -73,12 +87,23 @@ class Gesture {
   };
 
   Step cancel(Release release);
+  Step conclude(Step step);
+  bool button_held() const;
+  bool drawing_on() const;
 
   State state_ = State::idle;
   Contact drawn_with_{};
   // The latest presses, so that a frozen one can be traced to its device: the server tells of it without.
   std::array<Press, 16> presses_{};
   std::size_t next_press_ = 0;
+  // Presses of the drawing's own button since it came up first, as those of a switch that bounces. The server freezes
+  // each of them again once the first is let go: they then share its fate. Two may have the same time.
+  struct Bounce {
+    std::uint32_t time_ms;
+    bool certain;
+  };
+  std::vector<Bounce> bounces_;
+  Release fate_ = Release::none;
 };
 
 }  // namespace hooklib

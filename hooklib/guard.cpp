@@ -20,6 +20,8 @@ namespace {
 constexpr const char* guard_name = "strokemind-guard";
 // A guard that has not come up after this many milliseconds is given up.
 constexpr int start_limit_ms = 2000;
+// One that is gone is not started more often than this.
+constexpr auto restart_interval = std::chrono::seconds(1);
 
 // The guard's program, beside the library that this code is part of; empty if that cannot be told.
 std::string guard_path() {
@@ -70,6 +72,7 @@ bool becomes_ready(int socket) {
 }  // namespace
 
 Guard::~Guard() {
+  if (socket_ >= 0) send_message(socket_, {GuardMessage::Kind::farewell, 0});
   stop();
 }
 
@@ -80,6 +83,8 @@ void Guard::stop() {
 
 void Guard::start() {
   if (socket_ >= 0) return;
+  wanted_ = true;
+  started_ = std::chrono::steady_clock::now();
   const std::string path = guard_path();
   if (path.empty() || access(path.c_str(), X_OK) != 0) return;
   std::array<int, 2> ends{};
@@ -91,6 +96,12 @@ void Guard::start() {
   // The copy in between is gone as soon as it has made the guard, which then belongs to nobody here.
   while (child > 0 && waitpid(child, nullptr, __WCLONE) < 0 && errno == EINTR) continue;
   if (child < 0 || !becomes_ready(socket_)) stop();
+}
+
+bool Guard::revive() {
+  if (!wanted_ || socket_ >= 0 || std::chrono::steady_clock::now() - started_ < restart_interval) return false;
+  start();
+  return socket_ >= 0;
 }
 
 void Guard::watch(xcb_window_t resource) {

@@ -5,12 +5,15 @@
 
 #include <xcb/xcb.h>
 
+#include <chrono>
+
 namespace hooklib {
 
 class Guard {
  public:
   Guard() = default;
-  // The guard process ends by itself when this goes, or this process dies.
+  // The guard process ends by itself when this goes, or this process dies; then it first lets go of the keys that the
+  // program left pressed.
   ~Guard();
   Guard(const Guard&) = delete;
   Guard& operator=(const Guard&) = delete;
@@ -18,6 +21,9 @@ class Guard {
   // Starts the guard process, if none runs, and waits until it watches. Without its program, which lies beside this
   // library, there is no guard, and the hook works all the same.
   void start();
+  // Starts it anew if it is gone. True if one runs again: it must be told what to watch. For a guard that does not stay
+  // it tries seldom.
+  bool revive();
   // Has the connection that owns `resource` cut if the hook hangs from now on; with 0, none.
   void watch(xcb_window_t resource);
   // Whether the guard has asked, since the last look, if the hook is alive.
@@ -31,6 +37,8 @@ class Guard {
   void stop();
 
   int socket_ = -1;
+  bool wanted_ = false;
+  std::chrono::steady_clock::time_point started_;
 };
 
 }  // namespace hooklib

@@ -1,4 +1,5 @@
-// The guard of the hook: frees the pointer when the process that holds it stands still. See guard.h.
+// The guard of the hook: frees the pointer when the process that holds it stands still, and lets go of the keys that
+// the program held down by injection when it stood still or died. See guard.h.
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -15,6 +16,7 @@
 #include <optional>
 
 #include "hooklib/guard_protocol.h"
+#include "hooklib/injected.h"
 
 namespace {
 
@@ -23,9 +25,11 @@ using hooklib::GuardMessage;
 using Clock = std::chrono::steady_clock;
 
 // A hook that has not answered for so long hangs. With what the rest takes, the button is back within a second.
-constexpr auto patience = std::chrono::milliseconds(600);
-// While a drawing is in progress the hook is asked this often.
-constexpr auto interval = std::chrono::milliseconds(200);
+constexpr auto patience = std::chrono::milliseconds(500);
+// While a drawing is in progress, or an injected key is down, the hook is asked this often.
+constexpr auto interval = std::chrono::milliseconds(150);
+// The server may still be busy with what a program that died had asked for.
+constexpr auto aftermath = std::chrono::milliseconds(300);
 
 struct Free {
   void operator()(void* block) const { std::free(block); }
@@ -34,27 +38,49 @@ using Event = std::unique_ptr<xcb_generic_event_t, Free>;
 
 class Watch {
  public:
-  explicit Watch(xcb_connection_t* display) : display_(display) {}
+  explicit Watch(xcb_connection_t* display) : display_(display), injected_(display) {}
+
+  // Selects what it needs to know.
+  bool begin() const;
 
   // True until there is nothing left to guard.
   bool step() {
     std::array<pollfd, 2> waits{{{xcb_get_file_descriptor(display_), POLLIN, 0}, {guard_descriptor, POLLIN, 0}}};
+    // Sending and asking read as well: what came then would not end the sleep.
+    see_all();
     poll(waits.data(), waits.size(), timeout_ms());
     // What the hook has said counts before the clock does.
     if (!hear_hook()) return false;
-    while (const Event event{xcb_poll_for_event(display_)}) see(*event);
+    see_all();
     if (deadline_ && Clock::now() >= *deadline_) cut();
-    if (next_ping_ && Clock::now() >= *next_ping_) ping();
+    if (next_ping_ && Clock::now() >= *next_ping_) {
+      next_ping_.reset();
+      if (drawing_ || injected_.any_down()) ping();
+    }
     xcb_flush(display_);
     return xcb_connection_has_error(display_) == 0;
   }
 
+  // When the hook is gone.
+  void clear_up() {
+    const Clock::time_point end = Clock::now() + aftermath;
+    while (!farewell_ && Clock::now() < end && xcb_connection_has_error(display_) == 0) {
+      injected_.release_all();
+      pollfd wait{xcb_get_file_descriptor(display_), POLLIN, 0};
+      poll(&wait, 1, milliseconds_to(end));
+      while (const Event event{xcb_poll_for_event(display_)}) continue;
+    }
+  }
+
  private:
+  static int milliseconds_to(Clock::time_point time) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now()).count();
+    return static_cast<int>(std::max<long>(left, 0));
+  }
+
   int timeout_ms() const {
     const std::optional<Clock::time_point> next = deadline_ ? deadline_ : next_ping_;
-    if (!next) return -1;
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*next - Clock::now()).count();
-    return static_cast<int>(std::max<long>(left, 0));
+    return next ? milliseconds_to(*next) : -1;
   }
 
   bool hear_hook() {
@@ -65,21 +91,32 @@ class Watch {
       if (size != static_cast<ssize_t>(sizeof message)) return true;
       deadline_.reset();
       next_ping_.reset();
+      // What it held when it said what to watch is not known here: the press may lie before our time.
+      drawing_ = message.value != 0;
       if (message.kind == GuardMessage::Kind::watch) guarded_ = message.value;
-      if (message.kind == GuardMessage::Kind::pong && message.value != 0) next_ping_ = Clock::now() + interval;
+      farewell_ = message.kind == GuardMessage::Kind::farewell;
+      next_ping_ = Clock::now() + interval;
     }
   }
 
-  // Any press, of any device, may be one that the server has just frozen for the hook. The wheel never is.
+  void see_all() {
+    while (const Event event{xcb_poll_for_event(display_)}) see(*event);
+  }
+
+  // Any press, of any device, may be one that the server has just frozen for the hook. The wheel never is. A key that
+  // is injected is of interest only if it stays down.
   void see(const xcb_generic_event_t& event) {
     if ((event.response_type & 0x7f) != XCB_GE_GENERIC) return;
     const auto& press = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
-    if (press.event_type == XCB_INPUT_RAW_BUTTON_PRESS && (press.detail < 4 || press.detail > 7)) ping();
+    const bool injected_key = press.event_type == XCB_INPUT_RAW_KEY_PRESS;
+    if (injected_key && !deadline_ && !next_ping_) next_ping_ = Clock::now() + interval;
+    const bool wheel = press.detail >= 4 && press.detail <= 7;
+    if (press.event_type == XCB_INPUT_RAW_BUTTON_PRESS && !wheel && guarded_ != 0) ping();
   }
 
   void ping() {
+    if (deadline_) return;
     next_ping_.reset();
-    if (guarded_ == 0 || deadline_) return;
     const GuardMessage message{GuardMessage::Kind::ping, 0};
     // A hook that does not even read gets no answer out in time either.
     [[maybe_unused]] const ssize_t sent = send(guard_descriptor, &message, sizeof message, MSG_DONTWAIT | MSG_NOSIGNAL);
@@ -87,15 +124,20 @@ class Watch {
   }
 
   void cut() {
-    xcb_kill_client(display_, guarded_);
+    if (guarded_ != 0) xcb_kill_client(display_, guarded_);
     guarded_ = 0;
     deadline_.reset();
+    drawing_ = false;
+    injected_.release_all();
   }
 
   xcb_connection_t* display_;
+  hooklib::Injected injected_;
   std::uint32_t guarded_ = 0;
+  bool drawing_ = false;
+  bool farewell_ = false;
   std::optional<Clock::time_point> deadline_;   // of the answer that is due
-  std::optional<Clock::time_point> next_ping_;  // during a drawing
+  std::optional<Clock::time_point> next_ping_;  // if there is reason by then
 };
 
 // Nothing of the program that started us is to be kept open or busy.
@@ -111,18 +153,29 @@ void part_from_program() {
   sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-bool watch_presses(xcb_connection_t* display) {
+bool Watch::begin() const {
+  struct Selection {
+    xcb_input_event_mask_t head;
+    std::uint32_t mask;
+  };
+  const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(display_)).data->root;
+  const auto select = [&](std::uint16_t device, std::uint32_t mask) {
+    const Selection selection{{device, 1}, mask};
+    const std::unique_ptr<xcb_generic_error_t, Free> refused(
+        xcb_request_check(display_, xcb_input_xi_select_events_checked(display_, root, 1, &selection.head)));
+    return !refused;
+  };
+  // What the user types is no reason to wake.
+  if (injected_.keyboard() != 0) select(injected_.keyboard(), XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS);
+  return select(XCB_INPUT_DEVICE_ALL, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS);
+}
+
+// Raw events come through the grabs of others for those that speak version 2.1 or later.
+bool speaks_input(xcb_connection_t* display) {
   const xcb_query_extension_reply_t* extension = xcb_get_extension_data(display, &xcb_input_id);
   if (extension == nullptr || extension->present == 0) return false;
   std::free(xcb_input_xi_query_version_reply(display, xcb_input_xi_query_version(display, 2, 1), nullptr));
-  const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(display)).data->root;
-  const struct {
-    xcb_input_event_mask_t head;
-    std::uint32_t mask;
-  } selection{{XCB_INPUT_DEVICE_ALL, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS};
-  const std::unique_ptr<xcb_generic_error_t, Free> refused(
-      xcb_request_check(display, xcb_input_xi_select_events_checked(display, root, 1, &selection.head)));
-  return !refused;
+  return true;
 }
 
 }  // namespace
@@ -131,10 +184,12 @@ int main() {
   part_from_program();
   const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> display(xcb_connect(nullptr, nullptr),
                                                                              &xcb_disconnect);
-  if (xcb_connection_has_error(display.get()) != 0 || !watch_presses(display.get())) return 1;
+  if (xcb_connection_has_error(display.get()) != 0 || !speaks_input(display.get())) return 1;
+  Watch watch(display.get());
+  if (!watch.begin()) return 1;
   const GuardMessage ready{GuardMessage::Kind::ready, 0};
   if (send(guard_descriptor, &ready, sizeof ready, MSG_NOSIGNAL) < 0) return 1;
-  Watch watch(display.get());
   while (watch.step()) continue;
+  watch.clear_up();
   return 0;
 }

@@ -11,8 +11,9 @@ struct GuardMessage {
     ready,  // it watches; sent once
     ping,   // is the hook alive? To be answered at once
     // From the hook.
-    watch,  // `value`: an X resource of the connection to cut if the hook hangs; 0 if it holds nothing
-    pong,   // `value`: 1 while a drawing is in progress, else 0
+    watch,     // `value`: an X resource of the connection to cut if the hook hangs; 0 if it holds nothing
+    pong,      // `value`: 1 while a drawing is in progress, else 0
+    farewell,  // the program ends the hook in good order
   };
   Kind kind;
   std::uint32_t value;

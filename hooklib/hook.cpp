@@ -8,11 +8,11 @@
 #include <utility>
 
 #include "hooklib/display.h"
-#include "hooklib/session.h"
 
 namespace hooklib {
 
-Hook::Hook(std::uint32_t window) : window_(window) {
+Hook::Hook(std::uint32_t window) {
+  program_.window = window;
   // The program's signals are for its own threads; a new thread starts with the mask of the one that makes it.
   sigset_t all;
   sigset_t before;
@@ -41,7 +41,7 @@ void Hook::work() {
     std::optional<Display> display = open_display();
     if (!display) break;
     guard_.start();
-    Session session(std::move(*display), window_, exchange_, guard_, control_keys_);
+    Session session(std::move(*display), program_, exchange_, guard_);
     if (std::exchange(first, false)) started_.set_value();
     // A connection that was lost may have been cut by the guard while this process stood still: begin again.
     quit = session.run();

@@ -7,7 +7,7 @@
 
 #include "hooklib/exchange.h"
 #include "hooklib/guard.h"
-#include "hooklib/held_keys.h"
+#include "hooklib/session.h"
 
 namespace hooklib {
 
@@ -25,10 +25,9 @@ class Hook {
  private:
   void work();
 
-  std::uint32_t window_;
+  Program program_;
   Exchange exchange_;
   Guard guard_;
-  HeldKeys control_keys_;
   std::promise<void> started_;
   std::thread thread_;
 };

@@ -24,8 +24,11 @@ void hand_on(const xcb_record_enable_context_reply_t& reply, const Recording::Si
     xcb_motion_notify_event_t event;
     static_assert(sizeof(event) == event_size);
     std::memcpy(&event, data + at, event_size);
-    const bool release = (event.response_type & 0x7f) == XCB_BUTTON_RELEASE && !is_wheel(event.detail);
-    sink({static_cast<double>(event.root_x), static_cast<double>(event.root_y), event.time}, release);
+    const int type = is_wheel(event.detail) ? XCB_MOTION_NOTIFY : event.response_type & 0x7f;
+    const Recording::Kind kind = type == XCB_BUTTON_PRESS     ? Recording::Kind::press
+                                 : type == XCB_BUTTON_RELEASE ? Recording::Kind::release
+                                                              : Recording::Kind::motion;
+    sink({static_cast<double>(event.root_x), static_cast<double>(event.root_y), event.time}, kind);
   }
 }
 

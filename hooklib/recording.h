@@ -18,8 +18,9 @@ class Recording {
   void begin();
   // Asks the server to stop. What was recorded up to here comes first, then finished() is true.
   void end();
-  // Where the pointer was, and whether a button, not the wheel, came up there.
-  using Sink = std::function<void(const Sample& sample, bool release)>;
+  // Where the pointer was, and whether a button, not the wheel, went down or came up there.
+  enum class Kind { motion, press, release };
+  using Sink = std::function<void(const Sample& sample, Kind kind)>;
   // Takes what has come, without waiting, and hands it to `sink`. True if anything came.
   bool take(const Sink& sink);
 

@@ -136,13 +136,17 @@ void move_into_range(std::vector<point_hook>& points, std::int32_t point_hook::*
 
 }  // namespace
 
+bool is_click(std::span<const Sample> events, double density) {
+  const double limit = click_extent * density;
+  return events.empty() ||
+         (bounds_of(events, &Sample::x).extent() < limit && bounds_of(events, &Sample::y).extent() < limit);
+}
+
 std::optional<std::vector<point_hook>> sample_stroke(std::span<const Sample> events, double density) {
   assert(density > 0);
-  if (events.empty()) return std::nullopt;
+  if (is_click(events, density)) return std::nullopt;
   const Bounds x = bounds_of(events, &Sample::x);
   const Bounds y = bounds_of(events, &Sample::y);
-  const double limit = click_extent * density;
-  if (x.extent() < limit && y.extent() < limit) return std::nullopt;
 
   std::vector<Sample> stroke(events.begin(), events.end());
   straighten(stroke, x, y);

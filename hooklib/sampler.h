@@ -29,6 +29,9 @@ inline constexpr double click_extent = 20.0;
 // The density of a screen of 96 dpi, the measure of all lengths above.
 inline constexpr double normal_density = 1.0;
 
+// Whether a press that went so far is a click.
+bool is_click(std::span<const Sample> events, double density);
+
 // Takes the raw samples of one press, from the press itself to the release, in order, and the screen's density (its dpi
 // divided by 96). Gives the points to report, always `stroke_points` of them, or nothing if the press was a click.
 std::optional<std::vector<point_hook>> sample_stroke(std::span<const Sample> events, double density);

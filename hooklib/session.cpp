@@ -3,22 +3,21 @@
 #include <poll.h>
 #include <xcb/xinput.h>
 
+#include <algorithm>
 #include <array>
-#include <cmath>
 #include <optional>
 #include <utility>
 
 namespace hooklib {
 namespace {
 
-// The trail appears once the pointer is this far from the press: a click that trembles shows nothing. Pixels at 96 dpi.
-constexpr double trail_begin = 4.0;
-
 // Raw events carry no modifiers, and come whoever has the keyboard or the pointer.
 constexpr std::uint32_t idle_mask = XCB_INPUT_XI_EVENT_MASK_HIERARCHY | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS |
                                     XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
                                     XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
 constexpr std::uint32_t drawing_mask = idle_mask | XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
+
+constexpr auto trail_interval = std::chrono::milliseconds(8);
 
 struct InputSelection {
   xcb_input_event_mask_t head;
@@ -27,19 +26,21 @@ struct InputSelection {
 
 }  // namespace
 
-Session::Session(Display display, xcb_window_t window, Exchange& exchange, Guard& guard, HeldKeys& control_keys)
+Session::Session(Display display, Program& program, Exchange& exchange, Guard& guard)
     : display_(std::move(display)),
-      window_(window),
+      program_(program),
       exchange_(exchange),
       guard_(guard),
-      control_keys_(control_keys),
       devices_(display_),
       keyboard_(display_),
       grab_(display_),
       recording_(display_),
       trail_(display_) {
+  const std::uint32_t resizes = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+  xcb_change_window_attributes(display_.control.get(), display_.screen->root, XCB_CW_EVENT_MASK, &resizes);
   select_input(false);
   catch_up_with_control_keys();
+  program_.heartbeat.restart();
   obey(exchange_.take_orders());
   sync(display_.control.get());
 }
@@ -49,35 +50,69 @@ bool Session::run() {
     const Exchange::Orders orders = exchange_.take_orders();
     obey(orders);
     while (work()) continue;
+    look_after_program();
+    if (guard_.revive()) guard_.watch(wanted_ ? display_.window : xcb_window_t{XCB_WINDOW_NONE});
     xcb_flush(display_.control.get());
     if (orders.quit || !display_.alive()) {
       leave();
       return orders.quit;
     }
+    // Sending reads as well: what came then would not end the sleep.
+    if (handle_events()) continue;
     std::array<pollfd, 4> waits{{{xcb_get_file_descriptor(display_.control.get()), POLLIN, 0},
                                  {xcb_get_file_descriptor(display_.data.get()), POLLIN, 0},
                                  {exchange_.wake_descriptor(), POLLIN, 0},
                                  {guard_.descriptor(), POLLIN, 0}}};
-    poll(waits.data(), waits.size(), -1);
+    poll(waits.data(), waits.size(), time_to_sleep());
+    end_lift();
   }
 }
 
 void Session::obey(const Exchange::Orders& orders) {
   if (orders.interrupted || orders.quit) perform(gesture_.stop());
-  const bool stopped = orders.stopped || orders.quit;
-  if (stopped == stopped_) return;
-  stopped_ = stopped;
-  grab_.want(!stopped_);
-  guard_.watch(stopped_ ? xcb_window_t{XCB_WINDOW_NONE} : display_.window);
+  stopped_ = orders.stopped || orders.quit;
+  hold_button();
+}
+
+// A program that hangs would let every stroke come to nothing: the button is the user's until it answers.
+void Session::look_after_program() {
+  Heartbeat& heartbeat = program_.heartbeat;
+  const Heartbeat::Time now = Clock::now();
+  if (!stopped_ && heartbeat.take_question(now)) tell_program(display_.atoms.question, {display_.window});
+  hung_ = heartbeat.hung(now);
+  if (hung_) perform(gesture_.stop());
+  hold_button();
+}
+
+void Session::hold_button() {
+  const bool wanted = !stopped_ && !hung_;
+  if (wanted == wanted_) return;
+  wanted_ = wanted;
+  grab_.want(wanted_);
+  guard_.watch(wanted_ ? display_.window : xcb_window_t{XCB_WINDOW_NONE});
+}
+
+// In milliseconds; -1 for as long as nothing comes.
+int Session::time_to_sleep() const {
+  const Clock::time_point now = Clock::now();
+  std::optional<Clock::time_point> next = program_.heartbeat.next_look(now);
+  if (stopped_ && !hung_) next.reset();
+  if (lift_end_ && (!next || *lift_end_ < *next)) next = lift_end_;
+  if (gesture_.drawing() && path_.has_undrawn() && (!next || next_draw_ < *next)) next = next_draw_;
+  if (!next) return -1;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(*next - now).count();
+  return static_cast<int>(std::max<long>(left, 0));
 }
 
 // Does what has come in. False if there was nothing: only then may the thread sleep, since every answer that is waited
 // for may bring events along.
 bool Session::work() {
   bool any = handle_events();
-  if (std::exchange(moved_, false) && gesture_.drawing()) {
+  if (std::exchange(moved_, false) && (gesture_.drawing() || gesture_.lifted())) {
     // The server keeps what it records until it has reason to look at its clients: this is one.
+    const Clock::time_point asked = Clock::now();
     sync(display_.control.get());
+    answer_time_ = Clock::now() - asked;
     any = true;
   }
   any |= take_recording();
@@ -85,7 +120,7 @@ bool Session::work() {
     // It asks because of a press. The answer must not say that there is no drawing while one is about to begin.
     sync(display_.control.get());
     handle_events();
-    guard_.answer(gesture_.drawing() || gesture_.finishing());
+    guard_.answer(gesture_.holding());
     any = true;
   }
   return any && display_.alive();
@@ -101,14 +136,18 @@ bool Session::handle_events() {
 }
 
 bool Session::take_recording() {
-  bool any = recording_.take([this](const Sample& sample, bool release) {
-    if (path_complete_ || (!gesture_.drawing() && !gesture_.finishing())) return;
-    recorder_.add(sample);
-    undrawn_.push_back({sample.x, sample.y});
-    // No other button can be down: a press of one would have ended the drawing.
-    path_complete_ = release;
-  });
-  if (any && gesture_.drawing()) draw_trail();
+  bool any = recording_.take([this](const Sample& sample, Recording::Kind kind) { taken_.emplace_back(sample, kind); });
+  const bool buttons =
+      std::any_of(taken_.begin(), taken_.end(), [](const auto& one) { return one.second != Recording::Kind::motion; });
+  if (buttons) {
+    // The events that tell whose buttons these were come first. They may begin the next drawing, to which nothing of
+    // this belongs.
+    sync(display_.control.get());
+    handle_events();
+  }
+  follow_path();
+  draw_trail();
+  if (gesture_.lifted() && (path_ended_ || recording_.finished())) perform(gesture_.stays_up());
   if (gesture_.finishing() && recording_.finished()) {
     conclude();
     any = true;
@@ -116,11 +155,48 @@ bool Session::take_recording() {
   return any;
 }
 
+void Session::follow_path() {
+  for (const auto& [sample, kind] : taken_) {
+    if (!gesture_.holding()) break;
+    switch (path_.take(sample, kind)) {
+      case DrawnPath::News::none:
+        break;
+      case DrawnPath::News::bounced:
+        gesture_.bounced(sample.time_ms);
+        if (gesture_.drawing()) lift_end_.reset();
+        break;
+      case DrawnPath::News::ended:
+        path_ended_ = true;
+        break;
+    }
+  }
+  taken_.clear();
+}
+
+// As often as a screen shows it, and less often where the server has trouble to keep up: it must not fall so far behind
+// that this thread, which waits for it, no longer answers the guard.
+void Session::draw_trail() {
+  const Clock::time_point now = Clock::now();
+  if (!gesture_.drawing() || !path_.has_undrawn() || now < next_draw_) return;
+  trail_.extend(path_.take_undrawn());
+  next_draw_ = now + std::max<Clock::duration>(trail_interval, 4 * answer_time_);
+}
+
+// When the button has been up for so long that it did not bounce.
+void Session::end_lift() {
+  if (!lift_end_ || Clock::now() < *lift_end_) return;
+  // This thread may have been kept from looking in time.
+  sync(display_.control.get());
+  while (work()) continue;
+  if (lift_end_ && Clock::now() >= *lift_end_) perform(gesture_.stays_up());
+}
+
 void Session::leave() {
   perform(gesture_.stop());
   trail_.end();
-  grab_.want(false);
   stopped_ = true;
+  wanted_ = false;
+  grab_.want(false);
   guard_.watch(XCB_WINDOW_NONE);
   // A press that the server froze before it gave the button up is on its way.
   sync(display_.control.get());
@@ -134,11 +210,17 @@ void Session::handle(const xcb_generic_event_t& event) {
       const auto& press = reinterpret_cast<const xcb_button_press_event_t&>(event);
       if (press.detail != ButtonGrab::button) break;
       press_ = {static_cast<double>(press.root_x), static_cast<double>(press.root_y), press.time};
-      perform(gesture_.frozen_press(press.time, !stopped_ && (press.state & XCB_MOD_MASK_CONTROL) == 0));
+      perform(gesture_.frozen_press(press.time, wanted_ && (press.state & XCB_MOD_MASK_CONTROL) == 0));
       break;
     }
     case XCB_DESTROY_NOTIFY:
       grab_.window_destroyed(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
+      break;
+    case XCB_CLIENT_MESSAGE:
+      handle_message(reinterpret_cast<const xcb_client_message_event_t&>(event));
+      break;
+    case XCB_CONFIGURE_NOTIFY:
+      handle_resize(reinterpret_cast<const xcb_configure_notify_event_t&>(event));
       break;
     case XCB_MAPPING_NOTIFY:
       keyboard_.mapping_changed(reinterpret_cast<const xcb_mapping_notify_event_t&>(event).request);
@@ -163,16 +245,21 @@ void Session::handle_input(const xcb_ge_generic_event_t& event) {
   // Each event comes twice, from its device and from the master that unites them. The master's, too, are withheld while
   // the pointer is frozen, and a device that is attached to no master does not count.
   if (button.deviceid != button.sourceid || !devices_.is_attached(button.sourceid)) return;
+  if (event.event_type == XCB_INPUT_RAW_MOTION) {
+    moved_ = true;
+    return;
+  }
+  program_.heartbeat.user_is_about(Clock::now());
   switch (event.event_type) {
-    case XCB_INPUT_RAW_MOTION:
-      moved_ = true;
-      break;
     case XCB_INPUT_RAW_BUTTON_PRESS:
       perform(gesture_.button_down(contact, button.time));
       break;
-    case XCB_INPUT_RAW_BUTTON_RELEASE:
-      perform(gesture_.button_up(contact));
+    case XCB_INPUT_RAW_BUTTON_RELEASE: {
+      const Step step = gesture_.button_up(contact);
+      if (step.lift) path_.released(button.time);
+      perform(step);
       break;
+    }
     case XCB_INPUT_RAW_KEY_PRESS:
       handle_key(key.sourceid, key.detail, true);
       break;
@@ -186,11 +273,13 @@ void Session::handle_input(const xcb_ge_generic_event_t& event) {
 
 void Session::handle_key(std::uint16_t source, std::uint32_t code, bool down) {
   if (devices_.is_injected(source)) return;
+  // The application gets the Escape, too: to keep it back the keyboard would have to be taken, from under the user's
+  // hands and perhaps from a menu that has it.
   if (down && keyboard_.is_escape(code)) perform(gesture_.escape());
   if (keyboard_.is_control(code) && down) {
     perform(gesture_.control());
-    if (control_keys_.down(source, code)) report(hook_key_down, key_control);
-  } else if (!down && control_keys_.up(source, code)) {
+    if (program_.control_keys.down(source, code)) report(hook_key_down, key_control);
+  } else if (!down && program_.control_keys.up(source, code)) {
     report(hook_key_up, key_control);
   }
 }
@@ -203,9 +292,18 @@ void Session::handle_devices(const xcb_ge_generic_event_t& event) {
        xcb_input_hierarchy_info_next(&device)) {
     if ((device.data->flags & gone) == 0) continue;
     perform(gesture_.device_gone(device.data->deviceid));
-    if (control_keys_.device_gone(device.data->deviceid)) report(hook_key_up, key_control);
+    if (program_.control_keys.device_gone(device.data->deviceid)) report(hook_key_up, key_control);
   }
   devices_.refresh();
+}
+
+// The program's answer.
+void Session::handle_message(const xcb_client_message_event_t& message) {
+  if (message.type == display_.atoms.question) program_.heartbeat.answered();
+}
+
+void Session::handle_resize(const xcb_configure_notify_event_t& change) {
+  if (change.window == display_.screen->root) trail_.resize(change.width, change.height);
 }
 
 void Session::perform(Step step) {
@@ -213,7 +311,11 @@ void Session::perform(Step step) {
   if (step.end) {
     recording_.end();
     select_input(false);
-    trail_.end();
+    lift_end_.reset();
+  }
+  if (step.lift) {
+    lift_end_ = Clock::now() + std::chrono::milliseconds(bounce_ms);
+    moved_ = true;
   }
   switch (step.release) {
     case Release::none:
@@ -229,32 +331,22 @@ void Session::perform(Step step) {
 }
 
 void Session::begin_drawing() {
-  recorder_.begin(press_);
-  undrawn_.clear();
-  trail_shown_ = false;
-  path_complete_ = false;
+  taken_.clear();
+  path_ended_ = false;
+  next_draw_ = {};
   recording_.begin();
   select_input(true);
   SurroundingsQuestion question(display_);
-  surroundings_ = question.answer();
-  trail_.begin(surroundings_, {press_.x, press_.y});
+  const Surroundings surroundings = question.answer();
+  density_ = surroundings.density;
+  path_.begin(press_, density_);
+  trail_.begin(surroundings, {press_.x, press_.y});
   // Whatever moved before the raw events were selected lies in the recording with nothing to fetch it.
   moved_ = true;
 }
 
-void Session::draw_trail() {
-  if (!trail_shown_) {
-    for (const TrailPoint& point : undrawn_) {
-      trail_shown_ |= std::hypot(point.x - press_.x, point.y - press_.y) >= trail_begin * surroundings_.density;
-    }
-  }
-  if (!trail_shown_) return;
-  trail_.extend(undrawn_);
-  undrawn_.clear();
-}
-
 void Session::conclude() {
-  std::optional<std::vector<point_hook>> points = sample_stroke(recorder_.samples(), surroundings_.density);
+  std::optional<std::vector<point_hook>> points = sample_stroke(path_.samples(), density_);
   const Step step = gesture_.recorded(!points);
   perform(step);
   if (step.release != Release::as_stroke) return;
@@ -267,20 +359,26 @@ void Session::conclude() {
   if (!reported) let_go(XCB_ALLOW_REPLAY_POINTER);
 }
 
+// The trail goes after the press, not before: when it is off the screen the button is ready for the next one.
 void Session::let_go(std::uint8_t mode) {
   xcb_allow_events(display_.control.get(), mode, XCB_CURRENT_TIME);
+  trail_.end();
 }
 
 void Session::report(int direction, int key) {
+  tell_program(display_.atoms.report, {static_cast<std::uint32_t>(direction), static_cast<std::uint32_t>(key)});
+}
+
+void Session::tell_program(xcb_atom_t type, std::array<std::uint32_t, 2> data) {
   xcb_client_message_event_t message{};
   message.response_type = XCB_CLIENT_MESSAGE;
   message.format = 32;
-  message.window = window_;
-  message.type = display_.atoms.report;
-  message.data.data32[0] = static_cast<std::uint32_t>(direction);
-  message.data.data32[1] = static_cast<std::uint32_t>(key);
+  message.window = program_.window;
+  message.type = type;
+  std::copy(data.begin(), data.end(), message.data.data32);
   // With no event mask it goes to the client that made the window.
-  xcb_send_event(display_.control.get(), 0, window_, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&message));
+  xcb_send_event(display_.control.get(), 0, program_.window, XCB_EVENT_MASK_NO_EVENT,
+                 reinterpret_cast<const char*>(&message));
 }
 
 void Session::select_input(bool motion) {
@@ -290,8 +388,8 @@ void Session::select_input(bool motion) {
 
 // A Ctrl key that came up while there was no connection must not leave the program stopped.
 void Session::catch_up_with_control_keys() {
-  if (!control_keys_.any() || keyboard_.control_is_down()) return;
-  control_keys_.clear();
+  if (!program_.control_keys.any() || keyboard_.control_is_down()) return;
+  program_.control_keys.clear();
   report(hook_key_up, key_control);
 }
 

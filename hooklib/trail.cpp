@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace hooklib {
 namespace {
@@ -15,6 +16,10 @@ constexpr std::uint32_t blended_colour = 0xff00ff00;  // opaque green, as a 32-b
 constexpr std::uint8_t blended_depth = 32;
 // The server's work for one more segment grows with the shape it is added to; a window gets no more than these.
 constexpr std::size_t segments_per_window = 64;
+// A trail longer than these can hold loses its beginning: somebody may scribble for an hour.
+constexpr std::size_t windows_limit = 16;
+// Points closer than this to the one before add nothing that can be seen. Pixels at 96 dpi.
+constexpr double least_segment = 2.0;
 
 struct Span {
   double low;
@@ -102,44 +107,57 @@ void Trail::begin(const Surroundings& surroundings, TrailPoint start) {
 }
 
 void Trail::extend(const std::vector<TrailPoint>& points) {
-  if (points.empty()) return;
-  if (surroundings_.composited && blended_visual_ != 0) {
-    extend_blended(points);
-  } else {
-    extend_shaped(points);
+  std::vector<TrailPoint> line{last_};
+  for (const TrailPoint& point : points) {
+    const TrailPoint& from = line.back();
+    if (std::hypot(point.x - from.x, point.y - from.y) >= least_segment * surroundings_.density) line.push_back(point);
   }
-  last_ = points.back();
+  if (line.size() == 1) return;
+  if (surroundings_.composited && blended_visual_ != 0) {
+    extend_blended(line);
+  } else {
+    extend_shaped(line);
+  }
+  last_ = line.back();
 }
 
 void Trail::extend_blended(const std::vector<TrailPoint>& points) {
   if (window_ == 0) open_blended();
-  std::vector<xcb_point_t> line{{coordinate(last_.x), coordinate(last_.y)}};
+  std::vector<xcb_point_t> line;
+  line.reserve(points.size());
   for (const TrailPoint& point : points) line.push_back({coordinate(point.x), coordinate(point.y)});
   xcb_poly_line(display_.control.get(), XCB_COORD_MODE_ORIGIN, window_, pen_, static_cast<std::uint32_t>(line.size()),
                 line.data());
 }
 
+// One request for all that is new on a window: each makes the server work out anew what can be seen of all windows.
 void Trail::extend_shaped(const std::vector<TrailPoint>& points) {
   xcb_connection_t* control = display_.control.get();
-  TrailPoint from = last_;
-  for (const TrailPoint& to : points) {
+  for (std::size_t i = 1; i < points.size();) {
     if (window_ == 0) open_shaped();
-    const auto rows = capsule(from, to, trail_width / 2 * surroundings_.density);
-    xcb_shape_rectangles(control, XCB_SHAPE_SO_UNION, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_Y_SORTED, window_, 0, 0,
-                         static_cast<std::uint32_t>(rows.size()), rows.data());
-    from = to;
-    if (++segments_ == segments_per_window) {
-      finished_.push_back(window_);
-      window_ = 0;
+    std::vector<xcb_rectangle_t> rows;
+    for (; i < points.size() && segments_ < segments_per_window; ++i, ++segments_) {
+      const auto segment = capsule(points[i - 1], points[i], trail_width / 2 * surroundings_.density);
+      rows.insert(rows.end(), segment.begin(), segment.end());
     }
+    xcb_shape_rectangles(control, XCB_SHAPE_SO_UNION, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED, window_, 0, 0,
+                         static_cast<std::uint32_t>(rows.size()), rows.data());
+    if (segments_ < segments_per_window) break;
+    finished_.push_back(std::exchange(window_, 0));
+    if (finished_.size() < windows_limit) continue;
+    xcb_destroy_window(control, finished_.front());
+    finished_.pop_front();
   }
 }
 
 void Trail::open_blended() {
   xcb_connection_t* control = display_.control.get();
-  const std::uint32_t values[] = {0, 0, 1, blended_colours_};
-  window_ = open_window(blended_depth, blended_visual_,
-                        XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP, values);
+  // Should the screen change its size, what is drawn stays.
+  const std::uint32_t values[] = {0, 0, XCB_GRAVITY_NORTH_WEST, 1, blended_colours_};
+  window_ = open_window(
+      blended_depth, blended_visual_,
+      XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_BIT_GRAVITY | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP,
+      values);
   pen_ = xcb_generate_id(control);
   const auto width = static_cast<std::uint32_t>(std::max(1L, std::lround(trail_width * surroundings_.density)));
   const std::uint32_t pen[] = {blended_colour, width, XCB_CAP_STYLE_ROUND, XCB_JOIN_STYLE_ROUND};
@@ -170,6 +188,15 @@ xcb_window_t Trail::open_window(std::uint8_t depth, xcb_visualid_t visual, std::
 void Trail::clear_shape(xcb_window_t window, std::uint8_t kind) {
   xcb_shape_rectangles(display_.control.get(), XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_UNSORTED, window, 0, 0, 0,
                        nullptr);
+}
+
+void Trail::resize(std::uint16_t width, std::uint16_t height) {
+  surroundings_.width = width;
+  surroundings_.height = height;
+  // Windows that are full show nothing beyond the former screen.
+  if (window_ == 0) return;
+  const std::uint32_t size[] = {width, height};
+  xcb_configure_window(display_.control.get(), window_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
 }
 
 void Trail::end() {

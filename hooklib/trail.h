@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <vector>
 
 #include "hooklib/display.h"
@@ -29,6 +30,8 @@ class Trail {
   void begin(const Surroundings& surroundings, TrailPoint start);
   // Draws on to these points.
   void extend(const std::vector<TrailPoint>& points);
+  // The screen has another size from now on.
+  void resize(std::uint16_t width, std::uint16_t height);
   // Takes it off the screen.
   void end();
 
@@ -48,8 +51,8 @@ class Trail {
   TrailPoint last_{};
   xcb_window_t window_ = 0;  // the one being drawn on; 0 if none is shown
   xcb_gcontext_t pen_ = 0;
-  std::size_t segments_ = 0;            // on `window_`
-  std::vector<xcb_window_t> finished_;  // windows that are full
+  std::size_t segments_ = 0;           // on `window_`
+  std::deque<xcb_window_t> finished_;  // windows that are full, the oldest first
 };
 
 }  // namespace hooklib

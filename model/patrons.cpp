@@ -1,5 +1,7 @@
 #include "model/patrons.h"
 
+#include <algorithm>
+
 namespace Mod_dessin {
 
 int highest_used(const Table& table) {
@@ -10,6 +12,12 @@ int highest_used(const Table& table) {
     --bound;
   }
   return bound;
+}
+
+std::size_t slot_of(const Table& table, const std::string& nom, int bound) {
+  const auto end = table.patrons.begin() + bound;
+  const auto found = std::find_if(table.patrons.begin(), end, [&](const Patron& patron) { return patron.Nom == nom; });
+  return static_cast<std::size_t>(found - table.patrons.begin());
 }
 
 }  // namespace Mod_dessin

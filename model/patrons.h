@@ -19,6 +19,7 @@ inline constexpr const char* nom_efface = "-";  // the name of a deleted slot
 struct Coordinates {
   std::vector<double> values;
   std::string text;  // the numbers as the file spells them, each with "." before it; empty where they were drawn here
+  bool operator==(const Coordinates&) const = default;
 };
 
 struct Patron {
@@ -26,15 +27,20 @@ struct Patron {
   Coordinates X, Y;      // normalised to the miniature box; at least Ind values each
   std::int16_t Ind = 0;  // number of points, 0 to 501
   std::string Action;    // prefix "T:", "C:" or "P:" and a body; empty: none bound
+  bool operator==(const Patron&) const = default;
 };
 
 struct Table {
   std::array<Patron, table_slots> patrons;
   std::uint8_t nb_patrons = 0;  // live patrons; less than the highest used slot + 1 while there are holes
+  bool operator==(const Table&) const = default;
 };
 
 // The highest used slot + 1; equal to nb_patrons while the table has no hole.
 int highest_used(const Table& table);
+
+// The first of the slots 0 to bound - 1 whose name is `nom`, by exact comparison; `bound` where there is none.
+std::size_t slot_of(const Table& table, const std::string& nom, int bound);
 
 // What the list shows and which row was last chosen.
 struct Vue {

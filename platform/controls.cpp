@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/text.h"
+
 namespace platform {
 
 Control::Control(Surface& container, std::string name, Rectangle place)
@@ -38,8 +40,13 @@ PictureBox::PictureBox(Surface& container, std::string name, Rectangle place)
       canvas(static_cast<int>(std::lround(place.Width / twips_per_pixel)),
              static_cast<int>(std::lround(place.Height / twips_per_pixel))) {}
 
+void PictureBox::changed() {
+  if (holds_ == 0) Control::changed();
+}
+
 void PictureBox::Cls() {
   canvas.clear();
+  CurrentX = CurrentY = 0;
   changed();
 }
 
@@ -71,6 +78,30 @@ void TextBox::SetFocus() {
   if (FormHost* host = form().host) host->set_focus(*this);
 }
 
+std::string TextBox::SelText() const {
+  const auto [start, end] = selection();
+  return Text.get().substr(start, end - start);
+}
+
+void TextBox::SelText(std::string_view text) {
+  const auto [start, end] = selection();
+  const int before = SelStart;
+  int characters = 0;
+  for (std::size_t at = 0; at < text.size(); ++characters) next_code_point(text, at);
+  Text = Text.get().substr(0, start) + std::string(text) + Text.get().substr(end);
+  SelStart = before + characters;
+  SelLength = 0;
+}
+
+std::pair<std::size_t, std::size_t> TextBox::selection() const {
+  const std::string& text = Text;
+  std::size_t start = 0;
+  for (int n = 0; n < SelStart && start < text.size(); ++n) next_code_point(text, start);
+  std::size_t end = start;
+  for (int n = 0; n < SelLength && end < text.size(); ++n) next_code_point(text, end);
+  return {start, end};
+}
+
 void ImageList::Clear() {
   images_.clear();
   changed();
@@ -78,6 +109,12 @@ void ImageList::Clear() {
 
 void ImageList::Add(ListImage image) {
   images_.push_back(std::move(image));
+  changed();
+}
+
+void ImageList::Replace(int number, ListImage image) {
+  if (number < 1 || number > Count()) return;
+  images_[static_cast<std::size_t>(number - 1)] = std::move(image);
   changed();
 }
 

@@ -9,104 +9,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "platform/canvas.h"
+#include "platform/component.h"
 
 namespace platform {
-
-// A window as the platform names it: an X window id on the desktop. 0 is no window.
-using Handle = std::uint32_t;
-
-inline constexpr float twips_per_pixel = 15.0F;
-
-class Control;
-class Form;
-class ListView;
-class Timer;
-
-// What carries properties and wants to know when one of them changes.
-class Component {
- public:
-  Component() = default;
-  Component(const Component&) = delete;
-  Component& operator=(const Component&) = delete;
-  virtual ~Component() = default;
-  // Called after a property has taken a different value.
-  virtual void changed() = 0;
-};
-
-// A value that tells its owner when an assignment changes it. Assigning an equal value is no change.
-template <class T>
-class Property {
- public:
-  Property(Component& owner, T value) : owner_(owner), value_(std::move(value)) {}
-  Property(const Property&) = delete;
-  Property& operator=(const Property& other) { return *this = other.value_; }
-  Property& operator=(T value) {
-    if (value_ != value) {
-      value_ = std::move(value);
-      owner_.changed();
-    }
-    return *this;
-  }
-  operator const T&() const { return value_; }  // NOLINT(google-explicit-constructor): read like the value it holds
-  const T& get() const { return value_; }
-
- private:
-  Component& owner_;
-  T value_;
-};
-
-struct Rectangle {
-  float Left, Top, Width, Height;
-};
-
-// Text face as the design names it; the platform falls back on a face of its own for a name it does not have.
-struct Font {
-  std::string Name = "MS Sans Serif";
-  float Size = 8.25F;  // points
-  bool Bold = false;
-  bool operator==(const Font&) const = default;
-};
-
-// A fixed picture of the program (an icon). `resource` names its image file without size and ending.
-struct Picture {
-  std::uint32_t handle = 0;  // 0: no picture
-  std::string resource;
-  bool operator==(const Picture&) const = default;
-};
-
-// Button: 1 left, 2 right, 4 middle; in a move the sum of those held. Shift: 1 Shift, 2 Ctrl, 4 Alt. X and Y count from
-// the control's own corner, in the scale of the control that reports them.
-struct MouseEvent {
-  int Button;
-  int Shift;
-  float X;
-  float Y;
-};
-using MouseHandler = std::function<void(const MouseEvent&)>;
-using ClickHandler = std::function<void()>;
-// A handler may change the code; 0 swallows the key.
-using KeyPressHandler = std::function<void(int& KeyAscii)>;
-using KeyHandler = std::function<void(int& KeyCode, int& Shift)>;
-
-// The windows behind a form. Set while the form is loaded.
-class FormHost {
- public:
-  virtual ~FormHost() = default;
-  // Something of `control` (of the form itself where it is null) differs from what the window shows.
-  virtual void repaint(Control* control) = 0;
-  // Paints what is outstanding before returning.
-  virtual void refresh(Control* control) = 0;
-  // Interval or Enabled of a timer has changed.
-  virtual void timer_changed(Timer& timer) = 0;
-  // Scrolls the list until `row` (from 1) is seen.
-  virtual void ensure_visible(ListView& list, int row) = 0;
-  // Gives the keyboard to a control.
-  virtual void set_focus(Control& control) = 0;
-};
 
 enum class Kind {
   label,
@@ -218,7 +128,7 @@ class Label : public Control {
   Property<int> BackStyle{*this, transparent};
   Property<platform::Alignment> Alignment{*this, platform::Alignment::left};
   Property<platform::Font> Font{*this, {}};
-  Property<bool> hand_pointer{*this, false};  // the pointer shows that the label can be pressed
+  Property<Picture> MouseIcon{*this, {}};  // the pointer over the label; none: the usual one
 };
 
 class Shape : public Control {
@@ -268,10 +178,29 @@ class PictureBox : public Control, public Surface {
   void ScaleWidth(float units) { scale_width_ = units; }
   void ScaleHeight(float units) { scale_height_ = units; }
 
+  void changed() override;
+  // While one lives, what is drawn on the box is shown all at once when it ends.
+  class Hold {
+   public:
+    explicit Hold(PictureBox& box) : box_(box) { ++box_.holds_; }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+    ~Hold() {
+      if (--box_.holds_ == 0) box_.changed();
+    }
+
+   private:
+    PictureBox& box_;
+  };
+
   Property<std::int32_t> ForeColor{*this, 0};
   Property<std::int32_t> BackColor{*this, 0};
   Property<platform::Font> Font{*this, {}};
   Property<int> ScaleMode{*this, scale_twips};
+  // Laid over the whole box when the form is loaded, under what is drawn later.
+  Property<platform::Picture> Picture{*this, {}};
+  // Where the next text is printed, in the units of ScaleWidth and ScaleHeight.
+  float CurrentX = 0, CurrentY = 0;
   int DrawWidth = 1;  // pixels
   int DrawStyle = draw_solid;
   int DrawMode = copy_pen;
@@ -280,6 +209,7 @@ class PictureBox : public Control, public Surface {
 
  private:
   std::optional<float> scale_width_, scale_height_;
+  int holds_ = 0;
 };
 
 class TextBox : public Control {
@@ -289,6 +219,9 @@ class TextBox : public Control {
   Property<std::int32_t>* fore_colour() override { return &ForeColor; }
   Property<std::int32_t>* back_colour() override { return &BackColor; }
   void SetFocus();
+  // What is selected; an assignment puts `text` in its place, leaves the caret behind it and nothing selected.
+  std::string SelText() const;
+  void SelText(std::string_view text);
   Property<std::string> Text{*this, {}};  // lines end in CR LF
   Property<std::int32_t> ForeColor{*this, 0};
   Property<std::int32_t> BackColor{*this, 0xFFFFFF};
@@ -296,7 +229,12 @@ class TextBox : public Control {
   Property<int> SelStart{*this, 0};   // characters
   Property<int> SelLength{*this, 0};  // characters
   bool MultiLine = false;
+  bool takes_files = false;  // file names are completed while typing, and a file dropped on the box fills it
   KeyPressHandler KeyPress;
+
+ private:
+  // Where the selected part of Text begins and ends, in bytes.
+  std::pair<std::size_t, std::size_t> selection() const;
 };
 
 class CheckBox : public Control {
@@ -322,6 +260,8 @@ class ImageList : public Control {
   Kind kind() const override { return Kind::image_list; }
   void Clear();
   void Add(ListImage image);
+  // Puts another image in the place of image `number`; nothing where there is no such image.
+  void Replace(int number, ListImage image);
   int Count() const { return static_cast<int>(images_.size()); }
   // `number` counts from 1; null where there is no such image.
   const ListImage* operator()(int number) const;
@@ -394,6 +334,7 @@ class ListView : public Control {
   Property<ImageList*> Icons{*this, nullptr};
   Property<ImageList*> SmallIcons{*this, nullptr};
   std::vector<ColumnHeader> ColumnHeaders;
+  Handle hWnd = 0;  // names the list to PostMessageA while its form is loaded
   KeyPressHandler KeyPress;
   std::function<void(int row)> ItemClick;  // after the row has been selected
 

@@ -36,6 +36,11 @@ inline constexpr char hook_report_atom[] = "_STROKEMIND_REPORT";
 inline constexpr int hook_key_down = 0;
 inline constexpr int hook_key_up = 1;
 
+// A ClientMessage of this type asks whether the program still serves its events: the program sends it back as it came,
+// to the window data.l[0]. A program that was seen to answer and then leaves a question open for seconds has hung, and
+// the right button is the user's until the answer comes.
+inline constexpr char hook_question_atom[] = "_STROKEMIND_QUESTION";
+
 // Key codes that carry meaning on the main form.
 inline constexpr int key_shift = 16;
 inline constexpr int key_control = 17;

@@ -1,6 +1,7 @@
 #include "platform/profile_service.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace platform {
 
@@ -41,6 +42,7 @@ ProfileService::Gathered& ProfileService::gathered(std::string_view file) {
   if (outcome == ReadOutcome::read) {
     fresh.text = ProfileText::parse(bytes);
     fresh.preserve = fresh.text.residue();
+    fresh.known = std::move(bytes);
   }
   return fresh;
 }
@@ -62,7 +64,9 @@ bool ProfileService::WritePrivateProfileStringA(std::string_view section, std::s
 }
 
 bool ProfileService::Dir(std::string_view file) {
-  return gathered(file).exists;
+  // What a failed save has left gathered is to be dropped like a file.
+  const Gathered& known = gathered(file);
+  return known.exists || !known.text.empty();
 }
 
 void ProfileService::Kill(std::string_view file) {
@@ -71,12 +75,30 @@ void ProfileService::Kill(std::string_view file) {
 
 bool ProfileService::flush(std::string_view file) {
   Gathered& pending = gathered(file);
+  std::string bytes = pending.text.bytes();
+  if (foreign(file, pending, bytes)) pending.preserve = true;
   if (pending.preserve) {
     if (!files_.set_aside(file)) return false;
     pending.preserve = false;
   }
-  if (!files_.replace(file, pending.text.bytes())) return false;
+  if (!files_.replace(file, bytes)) return false;
+  pending.known = std::move(bytes);
   pending.exists = true;
+  return true;
+}
+
+// Whether the file holds something that neither was seen here nor is about to be written: another instance has saved,
+// or a hand has changed it.
+bool ProfileService::foreign(std::string_view file, const Gathered& pending, const std::string& next) {
+  std::string now;
+  switch (files_.read(file, now)) {
+    case ReadOutcome::missing:
+      return false;
+    case ReadOutcome::read:
+      return now != pending.known && now != next;
+    case ReadOutcome::unreadable:
+      break;
+  }
   return true;
 }
 

@@ -1,8 +1,10 @@
 // The profile service over plain file operations: it reads a file once, gathers changes in memory, and writes them in
-// one replacement. Both platforms use it; they differ in the files behind it.
+// one replacement. A file that another program has changed meanwhile is set aside before it is replaced. Both platforms
+// use it; they differ in the files behind it.
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -43,8 +45,10 @@ class ProfileService : public Profile {
     ProfileText text;
     bool exists = false;
     bool preserve = false;
+    std::optional<std::string> known;  // what the file held when it was last read or written here
   };
   Gathered& gathered(std::string_view file);
+  bool foreign(std::string_view file, const Gathered& pending, const std::string& next);
 
   FileStore& files_;
   std::map<std::string, Gathered, std::less<>> gathered_;

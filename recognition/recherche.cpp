@@ -16,13 +16,14 @@ void Recherche::rechercher_patron() {
 }
 
 void Recherche::patron_retrouve(const std::string& nom) {
-  std::size_t slot = 0;
-  while (slot < table_capacity && table_.patrons[slot].Nom != nom) ++slot;
+  const std::size_t slot = slot_of(table_, nom, table_capacity);
   if (nom == nom_efface || slot == table_capacity) return patron_inconnu();
 
   sk_.lblinfo.Caption = "Patron " + nom + " retrouvé!";
   sk_.lblinfo.ForeColor = vert;
   std::string action = action_du_patron(nom);
+  // In the plain views a patron above a hole has no row.
+  if (!en_liste(nom)) action = table_.patrons[slot].Action;
   if (action.empty()) {
     action = "Pas encore d'actions associées!";
   } else {
@@ -40,6 +41,13 @@ void Recherche::patron_inconnu() {
   sk_.lblinfo.Caption = "Patron inconnu";
   sk_.lblinfo.ForeColor = rouge;
   sk_.TimerInfo.Enabled = true;
+}
+
+bool Recherche::en_liste(const std::string& nom) {
+  for (int row = 1; row <= sk_.LV.Count(); ++row) {
+    if (sk_.LV.row(row).Text.get() == nom) return true;
+  }
+  return false;
 }
 
 std::string Recherche::action_du_patron(const std::string& nom) {

@@ -30,6 +30,8 @@ class Recherche {
  private:
   void patron_retrouve(const std::string& nom);
   void patron_inconnu();
+  // Whether a row of the list bears the name.
+  bool en_liste(const std::string& nom);
 
   SK& sk_;
   const Dessin& dessin_;

@@ -2,8 +2,38 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace simulation {
+
+namespace {
+
+// Journals each member that is called.
+class ShellObject final : public platform::ShellObject {
+ public:
+  explicit ShellObject(Journal& journal) : journal_(journal) { journal_.write("shell object created"); }
+  ~ShellObject() override { journal_.write("shell object released"); }
+  ShellObject(const ShellObject&) = delete;
+  ShellObject& operator=(const ShellObject&) = delete;
+  void CascadeWindows() override { journal_.write("shell CascadeWindows"); }
+  void TileHorizontally() override { journal_.write("shell TileHorizontally"); }
+  void TileVertically() override { journal_.write("shell TileVertically"); }
+  void MinimizeAll() override { journal_.write("shell MinimizeAll"); }
+  void UndoMinimizeALL() override { journal_.write("shell UndoMinimizeALL"); }
+  void ShutdownWindows() override { journal_.write("shell ShutdownWindows"); }
+  void FileRun() override { journal_.write("shell FileRun"); }
+
+ private:
+  Journal& journal_;
+};
+
+platform::Glyph box_glyph(int width, int height, std::uint8_t coverage) {
+  platform::Glyph glyph{0, 0, width, height, static_cast<double>(width), {}};
+  glyph.coverage.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), coverage);
+  return glyph;
+}
+
+}  // namespace
 
 // The window of one form: whether it is on the screen, and when its timers are due.
 class DesktopInMemory::Host final : public platform::FormHost {
@@ -61,28 +91,37 @@ platform::Form* DesktopInMemory::form_of(platform::Handle window) const {
 
 void DesktopInMemory::advance(int milliseconds) {
   const std::int32_t until = later(milliseconds);
-  while (!ended_) {
-    Host* host = nullptr;
-    std::optional<std::pair<std::int32_t, platform::Timer*>> first;
-    for (auto& [handle, candidate] : hosts_) {
-      const auto due = candidate->next(until);
-      if (due && (!first || due->first < first->first)) first = due, host = candidate.get();
-    }
-    if (!first) break;
-    ticks = std::max(ticks, first->first);
-    host->rearm(*first->second);
-    if (first->second->Elapsed) first->second->Elapsed();
-    DoEvents();
-  }
+  while (!ended_ && fire_timer(until)) DoEvents();
   ticks = until;
   DoEvents();
 }
 
+// Fires the first timer that comes due by `until`, at its time; gives whether there is one.
+bool DesktopInMemory::fire_timer(std::int32_t until) {
+  Host* host = nullptr;
+  std::optional<std::pair<std::int32_t, platform::Timer*>> first;
+  for (auto& [handle, candidate] : hosts_) {
+    const auto due = candidate->next(until);
+    if (due && (!first || due->first < first->first)) first = due, host = candidate.get();
+  }
+  if (!first) return false;
+  ticks = std::max(ticks, first->first);
+  host->rearm(*first->second);
+  // A copy: the handler may unload the form that holds it.
+  if (const auto elapsed = first->second->Elapsed) elapsed();
+  return true;
+}
+
 void DesktopInMemory::DoEvents() {
-  while (!waiting_.empty() && !ended_) {
-    const std::function<void()> task = std::move(waiting_.front());
-    waiting_.pop_front();
-    task();
+  if (const auto inside = std::exchange(during_yield, nullptr)) inside();
+  while (!ended_) {
+    if (!waiting_.empty()) {
+      const std::function<void()> task = std::move(waiting_.front());
+      waiting_.pop_front();
+      task();
+    } else if (!fire_timer(ticks)) {
+      break;
+    }
   }
 }
 
@@ -109,6 +148,13 @@ void DesktopInMemory::report(platform::Form& form, int direction, int key) {
   });
 }
 
+void DesktopInMemory::on_icon(platform::Form& form, int message) {
+  post([&form, message] {
+    if (form.MouseMove) form.MouseMove({1, 0, static_cast<float>(message), 0});
+  });
+  DoEvents();
+}
+
 void DesktopInMemory::draw(platform::Form& form, std::vector<point_hook> stroke) {
   hook.state.stroke = std::move(stroke);
   report(form, hook_key_down, key_stroke);
@@ -121,6 +167,9 @@ bool DesktopInMemory::load(platform::Form& form) {
   auto host = std::make_unique<Host>(*this, form);
   form.host = host.get();
   hosts_[form.hWnd] = std::move(host);
+  for (platform::Control* control : form.Controls) {
+    if (control->kind() == platform::Kind::list_view) static_cast<platform::ListView*>(control)->hWnd = next_handle_++;
+  }
   journal.write("load form ", form.Name);
   return true;
 }
@@ -206,6 +255,19 @@ platform::Handle DesktopInMemory::GetParent(platform::Handle window) {
   return found == others.end() ? 0 : found->parent;
 }
 
+int DesktopInMemory::GetWindowPlacement(platform::Handle window) {
+  const auto found = std::find_if(others.begin(), others.end(), [&](const auto& w) { return w.handle == window; });
+  return found == others.end() ? 0 : found->state;
+}
+
+bool DesktopInMemory::ShowWindow(platform::Handle window, int state) {
+  journal.write("ShowWindow ", window, " ", state);
+  const auto found = std::find_if(others.begin(), others.end(), [&](const auto& w) { return w.handle == window; });
+  if (found == others.end()) return false;
+  found->state = state;
+  return true;
+}
+
 void DesktopInMemory::keybd_event(std::uint8_t key, std::uint8_t scan, std::uint32_t flags, std::uint32_t extra) {
   journal.write("keybd_event ", std::hex, static_cast<int>(key), " ", static_cast<int>(scan), " ", flags, " ", extra);
 }
@@ -226,9 +288,23 @@ int DesktopInMemory::ShellExecuteA(platform::Handle owner, std::string_view verb
   return 42;
 }
 
+std::unique_ptr<platform::ShellObject> DesktopInMemory::create_object() {
+  return std::make_unique<ShellObject>(journal);
+}
+
+bool DesktopInMemory::Shell_NotifyIconA(std::uint32_t message, const platform::NOTIFYICONDATA& record) {
+  journal.write("Shell_NotifyIconA ", message, " icon ", record.hIcon);
+  icon_records.push_back(record);
+  return true;
+}
+
 int DesktopInMemory::MsgBox(std::string_view text, int style, std::string_view title) {
   journal.write("MsgBox [", text, "] ", style, " [", title, "]");
   if (during_dialog) during_dialog();
+  if (ended_) {
+    const bool asks = (style & platform::vbYesNo) != 0;
+    return asks ? platform::vbNo : (style & platform::vbOKCancel) != 0 ? platform::vbCancel : platform::vbOK;
+  }
   if (box_answers.empty()) return platform::vbOK;
   const int answer = box_answers.front();
   box_answers.pop_front();
@@ -238,10 +314,39 @@ int DesktopInMemory::MsgBox(std::string_view text, int style, std::string_view t
 std::string DesktopInMemory::InputBox(std::string_view prompt, std::string_view title, std::string_view fallback) {
   journal.write("InputBox [", prompt, "] [", title, "] [", fallback, "]");
   if (during_dialog) during_dialog();
-  if (input_answers.empty()) return {};
+  if (ended_ || input_answers.empty()) return {};
   std::string answer = input_answers.front();
   input_answers.pop_front();
   return answer;
+}
+
+void DesktopInMemory::ShowColor(platform::ColourDialog& dialog) {
+  journal.write("ShowColor ", dialog.Color.get());
+  if (during_dialog) during_dialog();
+  if (ended_ || colour_answers.empty()) return;
+  dialog.Color = colour_answers.front();
+  colour_answers.pop_front();
+}
+
+void DesktopInMemory::PopupMenu(const std::vector<platform::MenuItem*>& entries) {
+  std::string shown;
+  for (const platform::MenuItem* entry : entries) shown += (entry->Checked ? " *" : " ") + entry->Caption;
+  journal.write("PopupMenu", shown);
+  if (during_dialog) during_dialog();
+  if (ended_ || menu_answers.empty()) return;
+  const std::string caption = menu_answers.front();
+  menu_answers.pop_front();
+  for (const platform::MenuItem* entry : entries) {
+    if (entry->Caption != caption) continue;
+    if (const platform::ClickHandler chosen = entry->Click) chosen();
+    return;
+  }
+}
+
+const platform::Glyph& DesktopInMemory::glyph(const platform::Font& /*font*/, double /*density*/, char32_t character) {
+  static const platform::Glyph full = box_glyph(glyph_width, glyph_height, 255);
+  static const platform::Glyph blank = box_glyph(glyph_width, glyph_height, 0);
+  return character == U' ' ? blank : full;
 }
 
 int DesktopInMemory::AddFontResourceA(std::string_view path) {

@@ -25,7 +25,12 @@ struct OtherWindow {
   platform::Handle handle;
   platform::Handle parent;       // 0 for a top-level window
   int left, top, width, height;  // screen pixels
+  int state = platform::SW_SHOWNORMAL;
 };
+
+// The face of the simulated desktop: every character is a full box of these pixels, a blank takes the same room.
+inline constexpr int glyph_width = 7;
+inline constexpr int glyph_height = 11;
 
 class DesktopInMemory final : platform::Clock,
                               platform::Events,
@@ -54,7 +59,12 @@ class DesktopInMemory final : platform::Clock,
   std::function<void(std::string_view text)> typing;  // runs inside SendKeys
   std::deque<int> box_answers;                        // of MsgBox; OK once they are used up
   std::deque<std::string> input_answers;              // of InputBox; Cancel once they are used up
-  std::function<void()> during_dialog;                // runs while a box is open
+  std::deque<std::int32_t> colour_answers;            // of ShowColor; Cancel once they are used up
+  std::deque<std::string> menu_answers;               // captions chosen in PopupMenu; none once they are used up
+  std::function<void()> during_dialog;                // runs while a box or a menu is open
+  std::function<void()> during_yield;                 // runs once, inside the next DoEvents
+  platform::Screen screen{0, 0, 1920 * 15, 1080 * 15, 15};
+  std::vector<platform::NOTIFYICONDATA> icon_records;  // of Shell_NotifyIconA, each one sent
 
   // What tests look at.
   int exit_status() const { return status_; }
@@ -67,8 +77,10 @@ class DesktopInMemory final : platform::Clock,
   }
   // Moves the clock, fires the timers that come due on the way, each at its time, and serves events.
   void advance(int milliseconds);
-  // Serves the events that wait.
+  // Serves the events that wait, and the timers that are due.
   void DoEvents() override;
+  // A mouse event on the tray icon: a mouse message of platform/services.h.
+  void on_icon(platform::Form& form, int message);
   // A report of the hook library, or a key on the main window: it waits with the other events.
   void report(platform::Form& form, int direction, int key);
   // The user finishes a stroke: the library keeps it and reports it, and the report is served.
@@ -97,6 +109,9 @@ class DesktopInMemory final : platform::Clock,
   platform::Handle WindowFromDC(platform::Handle context) override;
   platform::Handle GetParent(platform::Handle window) override;
   platform::Point GetCursorPos() override { return cursor; }
+  int GetWindowPlacement(platform::Handle window) override;
+  bool ShowWindow(platform::Handle window, int state) override;
+  platform::Screen Screen(const platform::Form& /*form*/) override { return screen; }
 
   void keybd_event(std::uint8_t key, std::uint8_t scan, std::uint32_t flags, std::uint32_t extra) override;
   void SendKeys(std::string_view text, bool wait) override;
@@ -107,12 +122,19 @@ class DesktopInMemory final : platform::Clock,
   int ShellExecuteA(platform::Handle owner, std::string_view verb, std::string_view file, std::string_view parameters,
                     std::string_view directory, int show) override;
   bool tray_present() override { return tray; }
+  std::unique_ptr<platform::ShellObject> create_object() override;
+  bool Shell_NotifyIconA(std::uint32_t message, const platform::NOTIFYICONDATA& record) override;
 
   int MsgBox(std::string_view text, int style, std::string_view title) override;
   std::string InputBox(std::string_view prompt, std::string_view title, std::string_view fallback) override;
+  void ShowColor(platform::ColourDialog& dialog) override;
+  void PopupMenu(const std::vector<platform::MenuItem*>& entries) override;
   int AddFontResourceA(std::string_view path) override;
+  const platform::Glyph& glyph(const platform::Font& font, double density, char32_t character) override;
+  int line_height(const platform::Font& /*font*/) override { return glyph_height; }
 
   platform::Form* form_of(platform::Handle window) const;
+  bool fire_timer(std::int32_t until);
 
   std::map<platform::Handle, std::unique_ptr<Host>> hosts_;
   std::deque<std::function<void()>> waiting_;

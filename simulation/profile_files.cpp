@@ -15,6 +15,7 @@ bool ProfileFiles::replace(std::string_view file, std::string_view bytes) {
   if (journal_.fails("replace")) return false;
   files[std::string(file)] = bytes;
   unreadable = false;
+  ++written;
   return true;
 }
 
@@ -22,8 +23,13 @@ bool ProfileFiles::set_aside(std::string_view file) {
   journal_.write("set_aside ", file);
   if (journal_.fails("set_aside")) return false;
   const auto found = files.find(file);
-  if (found != files.end()) files[std::string(file) + ".ancien"] = found->second;
-  return true;
+  if (found == files.end()) return true;
+  for (int n = 1;; ++n) {
+    const std::string copy = std::string(file) + ".ancien" + (n == 1 ? "" : "-" + std::to_string(n));
+    // What has been kept already is not kept again.
+    const auto [kept, made] = files.try_emplace(copy, found->second);
+    if (made || kept->second == found->second) return true;
+  }
 }
 
 }  // namespace simulation

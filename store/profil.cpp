@@ -8,6 +8,7 @@
 
 #include "platform/number.h"
 #include "platform/text.h"
+#include "store/liste.h"
 
 namespace Mod_dessin {
 
@@ -80,10 +81,12 @@ void Profil::charger_patrons() {
     if (nom == section_pos) break;
     // A position under another spelling is no patron, wherever it stands.
     if (nom == position) continue;
+    // To the file a patron of this name and the position are one section: each would overwrite the other.
+    const bool homonym = platform::equal_ignoring_case(nom, section_pos);
     // The table has no room for more, and neither a blank name nor that of a deleted slot would be written back.
-    if (i == table_capacity || nom.empty() || nom == nom_efface) ini_.preserve();
+    if (i == table_capacity || nom.empty() || nom == nom_efface || homonym) ini_.preserve();
     if (i == table_capacity) break;
-    if (nom.empty()) continue;
+    if (nom.empty() || homonym) continue;
     table_.patrons[static_cast<std::size_t>(i)].Nom = nom;
     ++i;
     sk_.lblNmodel.Caption = std::to_string(i);
@@ -135,7 +138,8 @@ bool Profil::keys_among(const std::string& section, std::initializer_list<const 
   });
 }
 
-// Reads one axis. False where something of it is lost: a token that is no number counts as 0 but keeps its text.
+// Reads one axis. False where something of it is lost: a token that is no number counts as 0 but keeps its text, unless
+// it has none, which at the end of a list would not be found again.
 bool Profil::lire_liste(const std::string& section, const char* key, Coordinates& list) {
   const std::string text = ini_.lire_ini(section, key);
   const int count = decouper(text, '.', 1);
@@ -147,7 +151,7 @@ bool Profil::lire_liste(const std::string& section, const char* key, Coordinates
     const std::optional<double> value = platform::number_value(token);
     whole = whole && value.has_value();
     list.values.push_back(value.value_or(0));
-    list.text += "." + token;
+    list.text += "." + (token.empty() ? "0" : token);
   }
   return whole && list.text == text;
 }
@@ -194,7 +198,7 @@ std::string Profil::texte_axe(float now, const Place& place) {
 
 bool Profil::ecrire_patrons() {
   if (ini_.exists()) ini_.kill();
-  reprendre_actions();
+  reprendre_actions(sk_, table_);
   for (const Patron& patron : table_.patrons) {
     if (patron.Nom.empty()) break;
     if (patron.Nom == nom_efface) continue;
@@ -206,23 +210,6 @@ bool Profil::ecrire_patrons() {
   ini_.ecrire_ini(section_pos, "X", texte_axe(sk_.Left, gauche_));
   ini_.ecrire_ini(section_pos, "Y", texte_axe(sk_.Top, haut_));
   return ini_.flush();
-}
-
-// The list is always the newer of the two. A row in line with its slot is taken as it stands; one out of line, as after
-// a delete in the same run, goes to the slot of its name.
-void Profil::reprendre_actions() {
-  for (int row = 1; row <= sk_.LV.Count(); ++row) {
-    platform::ListItem& item = sk_.LV.row(row);
-    const std::string& nom = item.Text;
-    const auto in_line = static_cast<std::size_t>(row - 1);
-    auto slot = table_.patrons.end();
-    if (in_line < table_.patrons.size() && table_.patrons[in_line].Nom == nom) {
-      slot = table_.patrons.begin() + static_cast<std::ptrdiff_t>(in_line);
-    } else if (!nom.empty() && nom != nom_efface) {
-      slot = std::find_if(table_.patrons.begin(), table_.patrons.end(), [&](const Patron& p) { return p.Nom == nom; });
-    }
-    if (slot != table_.patrons.end()) slot->Action = item.SubItems(2);
-  }
 }
 
 std::string Profil::liste_texte(const Coordinates& list, int count) {

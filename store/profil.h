@@ -48,7 +48,6 @@ class Profil {
   bool keys_among(const std::string& section, std::initializer_list<const char*> known);
   void lire_patron(Patron& patron);
   bool lire_liste(const std::string& section, const char* key, Coordinates& list);
-  void reprendre_actions();
   static std::string liste_texte(const Coordinates& list, int count);
 
   Mod_ini& ini_;

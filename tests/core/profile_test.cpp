@@ -71,6 +71,8 @@ TEST(Profile, TakesWhatItCanAndKeepsTheRest) {
            {"lists of unequal length", section("Ind=2\r\nX=.1.2\r\nY=.3\r\n") + pos, 1, 1, true},
            {"no number in a list", section("Ind=2\r\nX=.1.x\r\nY=.3.4\r\n") + pos, 1, 2, true},
            {"a decimal point in a list", section("Ind=2\r\nX=.1.5.2\r\nY=.3.4\r\n") + pos, 1, 2, true},
+           {"a patron with the name of the position", "[pos]\r\nInd=1\r\nX=.1\r\nY=.3\r\n", 0, 0, true},
+           {"a number missing at the end", section("Ind=2\r\nX=.1..2\r\nY=.3.4\r\n") + pos, 1, 2, true},
            {"an unknown key", section("Ind=0\r\nX=\r\nY=\r\nZ=1\r\n") + pos, 1, 0, true},
            {"a comment", "; mine\r\n" + pos, 0, 0, true},
            {"a section twice", section("Ind=0\r\nX=\r\nY=\r\n") + "[a]\r\nInd=1\r\n" + pos, 1, 0, true},

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/programme.h"
@@ -63,6 +64,13 @@ inline const std::string three_patrons = platform::to_cp1252(
     section("EQUERRE", draw_l, "T:Bonjour") + "[BARRE]\r\nInd=3\r\nX=.0.32.64\r\nY=.0.-0,1875.0\r\nActionassocié=\r\n" +
     section("PENTE", draw_slope, "P:/usr/bin/xterm") + "[Pos]\r\nX=3450\r\nY=1200\r\n");
 
+// A profile of `count` patrons of one point, P1, P2...
+inline std::string many_patrons(int count) {
+  std::string text;
+  for (int n = 1; n <= count; ++n) text += "[P" + std::to_string(n) + "]\r\nInd=1\r\nX=.0\r\nY=.0\r\n";
+  return text;
+}
+
 struct Scene {
   explicit Scene(const std::string& profile = three_patrons) {
     if (!profile.empty()) desktop.files.files[profile_name] = profile;
@@ -76,6 +84,25 @@ struct Scene {
   void key(int direction, int code) {
     desktop.report(programme.sk(), direction, code);
     desktop.DoEvents();
+  }
+  // Calls a handler as a desktop does, which lets it unload the form that holds it, and serves what it leaves waiting.
+  template <class Handler, class... Arguments>
+  void fire(const Handler& handler, Arguments&&... arguments) {
+    const Handler copy = handler;
+    copy(std::forward<Arguments>(arguments)...);
+    desktop.DoEvents();
+  }
+  // The user picks a row of the list.
+  void pick(int row) {
+    programme.sk().LV.select(row);
+    fire(programme.sk().LV.ItemClick, row);
+  }
+  void click(int bouton) { fire(programme.sk().Bouton(bouton).Click); }
+  // The names in the first column.
+  std::vector<std::string> rows() {
+    std::vector<std::string> names;
+    for (int row = 1; row <= programme.sk().LV.Count(); ++row) names.push_back(programme.sk().LV.row(row).Text);
+    return names;
   }
   std::string info() { return programme.sk().lblinfo.Caption; }
   std::string saved() { return desktop.files.files[profile_name]; }

@@ -14,6 +14,8 @@ TEST(Start, InTheOrderTold) {
                                           "PostMessageA 0 29 0 0",
                                           "load Strokemind.so",
                                           "InitHook 101",
+                                          "Shell_NotifyIconA 0 icon 1",
+                                          "Shell_NotifyIconA 1 icon 1",
                                           "Hide SK",
                                           "SetForegroundWindow 101",
                                           "AnimateWindow 101 1000 a0000",
@@ -87,13 +89,14 @@ TEST(Stop, InTheOrderTold) {
   Scene scene;
   scene.start();
   scene.draw(draw_l);
-  scene.programme.actions()();
+  scene.fire(scene.programme.sk().LV.DblClick);
   const std::size_t before = scene.desktop.journal.lines.size();
   scene.programme.sk().Bouton(4).Click();
   scene.programme.quit();
   const std::vector<std::string> lines(scene.desktop.journal.lines.begin() + static_cast<std::ptrdiff_t>(before),
                                        scene.desktop.journal.lines.end());
-  EXPECT_THAT(lines, ElementsAre("unload form Actions", "AnimateWindow 101 300 90000", "replace Strokemind.AI",
+  EXPECT_THAT(lines, ElementsAre("DLL_STOP 0", "Shell_NotifyIconA 1 icon 1", "unload form Actions",
+                                 "AnimateWindow 101 300 90000", "replace Strokemind.AI", "Shell_NotifyIconA 2 icon 1",
                                  "unload form Menu", "EndHook", "End 0"));
   EXPECT_EQ(scene.saved(), three_patrons);
 }

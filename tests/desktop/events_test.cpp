@@ -1,160 +1,108 @@
-// Timers, posted tasks, the end of the program, and signals; what the process does when nothing happens.
+// Timers, posted tasks, the end of the program, and signals; what the process does when nothing happens or is missing.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <QApplication>
 #include <csignal>
-#include <fstream>
 
+#include "desktop/hook_loader.h"
 #include "tests/desktop/stage.h"
 
 namespace {
 
-using testing::ElementsAre;
+using platform::Timer;
 
-class EventsTest : public testing::Test {
+class EventsTest : public FormTest {
  protected:
-  Stage stage{{.window_manager = false}};
-  TestForm form;
-  platform::Services& services = stage.services();
+  platform::Events& events = services().events;
 };
 
 TEST_F(EventsTest, TimersRunWhileTheyAreEnabled) {
-  platform::Timer fast(form, "fast", 5, true);
-  platform::Timer once(form, "once", 20, false);
-  platform::Timer idle(form, "idle", 0, true);  // without an interval it never runs
-  int fast_ticks = 0;
-  int once_ticks = 0;
+  Timer fast(form, "fast", 5, true), once(form, "once", 20, false);
+  Timer idle(form, "idle", 0, true);  // without an interval it never runs
+  int fast_ticks = 0, once_ticks = 0;
   fast.Elapsed = [&] { ++fast_ticks; };
-  once.Elapsed = [&] {
-    ++once_ticks;
-    once.Enabled = false;
-  };
+  once.Elapsed = [&] { once.Enabled = false, ++once_ticks; };
   idle.Elapsed = [] { ADD_FAILURE(); };
-  ASSERT_TRUE(services.windows.load(form));
-  ASSERT_TRUE(stage.until([&] { return fast_ticks >= 10; }));
-  EXPECT_EQ(once_ticks, 0);
-
-  const std::int32_t before = services.clock.GetTickCount();
-  EXPECT_GT(before, 700);
-  once.Enabled = true;
-  ASSERT_TRUE(stage.until([&] { return once_ticks == 1; }));
-  EXPECT_GE(services.clock.GetTickCount() - before, 19);
-  fast_ticks = 0;
-  ASSERT_TRUE(stage.until([&] { return fast_ticks >= 10; }));
-  EXPECT_EQ(once_ticks, 1) << "it has stopped itself";
-
-  fast.Interval = 60000;
-  const int ticks_then = fast_ticks;
-  once.Enabled = true;
-  ASSERT_TRUE(stage.until([&] { return once_ticks == 2; }));
-  EXPECT_LE(fast_ticks, ticks_then + 1) << "a new interval counts from its assignment";
+  ASSERT_TRUE(windows.load(form));
+  for (const int run : {0, 1}) {
+    fast_ticks = 0;
+    ASSERT_TRUE(until([&] { return fast_ticks >= 10; }));
+    EXPECT_EQ(once_ticks, run) << "it stops itself";
+    if (run == 1) fast.Interval = 60000, fast_ticks = 0;
+    const std::int32_t before = services().clock.GetTickCount();
+    EXPECT_GT(before, 700);
+    once.Enabled = true;
+    ASSERT_TRUE(until([&] { return once_ticks == run + 1; }));
+    EXPECT_GE(services().clock.GetTickCount() - before, 19);
+  }
+  EXPECT_LE(fast_ticks, 1) << "a new interval counts from its assignment";
 }
 
-TEST_F(EventsTest, TasksRunLaterInOrderAndNestedLoopsServeThem) {
-  std::vector<int> order;
-  services.events.post([&] {
-    order.push_back(1);
-    stage.until([&] { return order.size() == 3; });
-    order.push_back(4);
-  });
-  services.events.post([&] { order.push_back(2); });
-  services.events.post([&] { order.push_back(3); });
-  EXPECT_TRUE(order.empty());
-  EXPECT_TRUE(stage.until([&] { return order.size() == 4; }));
-  EXPECT_THAT(order, ElementsAre(1, 2, 3, 4));
-}
-
-// The end comes while a box is open, inside a loop that yields, inside the program's own loop.
+// A request to go comes while a box is open, inside a loop that yields, inside the program's own loop.
 TEST_F(EventsTest, TheEndLeavesEveryLoopAndServesNothingMore) {
-  platform::Timer timer(form, "timer", 1, true);
-  int afterwards = 0;
-  std::vector<std::string> left;
-  form.KeyDown = [&](int&, int&) { ++afterwards; };
-  timer.Elapsed = [&] {
-    if (services.events.ended()) ++afterwards;
-    if (!stage.something_shown()) return;
-    services.events.End(7);
-    services.events.End(8);
-  };
-  ASSERT_TRUE(services.windows.load(form));
-  services.events.post([&] {
-    services.events.post([&] {
-      left.push_back("box " + std::to_string(services.dialogs.MsgBox("?", platform::vbYesNo, "Essai")));
-      left.push_back("box " + std::to_string(services.dialogs.MsgBox("?", platform::vbOKCancel, "Essai")));
-      left.push_back("input " + services.dialogs.InputBox("?", "Essai", "x"));
-    });
-    while (!services.events.ended()) services.events.DoEvents();
-    stage.send(form.hWnd, form.hWnd, hook_report_atom, {hook_key_down, key_stroke});
-    services.events.post([&] { ++afterwards; });
-    for (int i = 0; i < 5; ++i) services.events.DoEvents();
-    left.emplace_back("loop");
-  });
-  EXPECT_EQ(stage.desktop->run(), 7);
-  EXPECT_THAT(left, ElementsAre("box 7", "box 2", "input ", "loop"));
-  EXPECT_EQ(afterwards, 0);
-  EXPECT_EQ(stage.desktop->run(), 7) << "an ended program does not start again";
-}
-
-class SignalTest : public EventsTest, public testing::WithParamInterface<int> {};
-
-TEST_P(SignalTest, ARequestToGoArrivesAlsoWhileABoxIsOpen) {
-  platform::Timer timer(form, "timer", 1, true);
   int asked = 0;
-  int answer = 0;
-  stage.desktop->on_terminate = [&] {
-    ++asked;
-    services.events.End(3);
-  };
-  timer.Elapsed = [&] {
-    if (!stage.something_shown()) return;
-    timer.Enabled = false;
-    raise(GetParam());
-  };
-  ASSERT_TRUE(services.windows.load(form));
-  services.events.post([&] { answer = services.dialogs.MsgBox("?", platform::vbOKCancel, "Essai"); });
-  EXPECT_EQ(stage.desktop->run(), 3);
+  const auto late = [&] { heard.emplace_back("late"); };
+  form.KeyDown = [&](int&, int&) { late(); };
+  desktop->on_terminate = [&] { ++asked, events.End(7), events.End(8); };
+  when([] { return QApplication::activeModalWidget() != nullptr; },
+       [&] { raise(SIGHUP), when([&] { return events.ended(); }, late); });
+  ASSERT_TRUE(windows.load(form));
+  events.post([&] {
+    heard.emplace_back("loop");
+    while (!events.ended()) events.DoEvents();
+    send(form.hWnd, form.hWnd, hook_report_atom, {hook_key_down, key_stroke});
+    events.post(late);
+    for (int i = 0; i < 5; ++i) events.DoEvents();
+    heard.emplace_back("left");
+  });
+  events.post([&] {
+    for (const int style : {platform::vbYesNo, platform::vbOKCancel}) {
+      heard.push_back("box " + std::to_string(services().dialogs.MsgBox("?", style, "Essai")));
+    }
+    heard.push_back("input " + services().dialogs.InputBox("?", "Essai", "x"));
+  });
+  EXPECT_THAT(heard, testing::IsEmpty()) << "tasks run later, and in their order";
+  EXPECT_EQ(desktop->run(), 7);
+  EXPECT_THAT(heard, testing::ElementsAre("loop", "box 7", "box 2", "input ", "left"));
   EXPECT_EQ(asked, 1);
-  EXPECT_EQ(answer, platform::vbCancel);
+  EXPECT_EQ(desktop->run(), 7) << "an ended program does not start again";
 }
 
-INSTANTIATE_TEST_SUITE_P(Requests, SignalTest, testing::Values(SIGTERM, SIGINT, SIGHUP));
-
-TEST(AvailableTest, WithoutADisplayOneSentenceSaysSo) {
+TEST(MissingTest, WhatIsNotThereIsNamed) {
   setenv("DISPLAY", ":987654", 1);
   testing::internal::CaptureStderr();
   EXPECT_FALSE(desktop::Desktop::available());
-  const std::string said = testing::internal::GetCapturedStderr();
-  EXPECT_NE(said.find(":987654"), std::string::npos);
-  EXPECT_EQ(said.find('\n'), said.size() - 1);
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::MatchesRegex(".*:987654[^\n]*\n"));
+  desktop::DesktopHookLoader loader(HOOK_FOLDER);
+  for (const auto& [library, missing] : {std::pair("desktop_test_hook.so", "ENVOIS_BUF_TMP"), {"none.so", "none.so"}}) {
+    std::string error;
+    EXPECT_EQ(loader.load(library, error), nullptr);
+    EXPECT_THAT(error, testing::HasSubstr(missing));
+  }
 }
 
 // How often this thread has slept so far.
 long sleeps() {
-  std::ifstream status("/proc/self/status");
-  long result = 0;
-  for (std::string line; std::getline(status, line);) {
-    if (line.starts_with("voluntary_ctxt_switches:")) result = std::stol(line.substr(line.find(':') + 1));
-  }
-  return result;
+  rusage usage{};
+  getrusage(RUSAGE_THREAD, &usage);
+  return usage.ru_nvcsw;
 }
 
 TEST_F(EventsTest, AnIdleProgramSleeps) {
   platform::TextBox box(form, "box", twips(10, 10, 100, 20));
-  platform::Timer stopped(form, "stopped", 1, false);
-  platform::Timer end(form, "end", 1000, false);
-  stage.show(form);
-  services.windows.Hide(form);
-  stage.settle(form);
+  Timer stopped(form, "stopped", 1, false);
+  Timer end(form, "end", 1000, false);
+  show(form);
+  windows.Hide(form);
+  settle(form);
   // A second of the loop is what is measured here, not a wait for something to happen.
-  long slept = 0;
-  end.Elapsed = [&] {
-    slept = sleeps() - slept;
-    services.events.End(0);
-  };
+  end.Elapsed = [&] { events.End(0); };
   end.Enabled = true;
-  slept = sleeps();
-  stage.desktop->run();
-  EXPECT_LT(slept, 10);
+  const long before = sleeps();
+  desktop->run();
+  EXPECT_LT(sleeps() - before, 10);
 }
 
 }  // namespace

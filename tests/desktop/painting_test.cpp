@@ -1,14 +1,14 @@
-// What the screen shows of a form: places, colours, order, texts.
+// What the screen shows of a form: places, colours, order, texts; and what a screen reader is told of it.
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <QAccessible>
+#include <QWidget>
 
 #include "tests/desktop/stage.h"
 
 namespace {
 
 using platform::Label;
-using platform::Line;
 using platform::PictureBox;
 using platform::Shape;
 
@@ -16,42 +16,41 @@ constexpr std::int32_t red = 0x0000FF;  // red is in the low byte
 constexpr std::int32_t green = 0x00FF00;
 constexpr std::int32_t blue = 0xFF0000;
 
-Label& painted(Label& label, std::int32_t colour) {
-  label.BackStyle = platform::opaque;
-  label.BackColor = colour;
-  return label;
-}
+// A label as a field of one colour.
+struct Field : Label {
+  template <class Parent>
+  Field(Parent& parent, const platform::Rectangle& place, std::int32_t colour) : Label(parent, "field", place) {
+    BackStyle = platform::opaque;
+    BackColor = colour;
+  }
+};
 
 // Every kind of painted thing, at its edges: the last pixel inside and the first outside.
-class LayoutTest : public testing::TestWithParam<int> {};
+class LayoutTest : public FormTest, public testing::WithParamInterface<int> {
+ protected:
+  LayoutTest() : FormTest({.scale = std::to_string(GetParam())}) {}
+};
 
 TEST_P(LayoutTest, EverythingLiesOnItsPixels) {
-  const int scale = GetParam();
-  Stage stage({.scale = std::to_string(scale)});
-  TestForm form;
   Shape frame(form, "frame", twips(0, 0, TestForm::width, TestForm::height));
   frame.BorderColor = green;
-  Label panel(form, "panel", twips(20, 10, 40, 30));
-  painted(panel, red);
+  const Field panel(form, twips(20, 10, 40, 30), red);
   Shape filled(form, "filled", twips(40, 20, 40, 30));
   filled.BackStyle = platform::opaque;
   filled.BackColor = blue;
   filled.BorderStyle = platform::border_none;
-  Line rule(form, "rule", {0, 100 * 15, 200 * 15, 100 * 15});
+  platform::Line rule(form, "rule", {0, 100 * 15, 200 * 15, 100 * 15});
   rule.BorderColor = red;
   PictureBox box(form, "box", twips(100, 10, 50, 40));
   box.BackColor = blue;
   box.DrawWidth = 3;
-  Label inside(box, "inside", twips(40, 30, 30, 30));
-  painted(inside, green);
-  Label under(form, "under", twips(140, 10, 30, 10));
-  painted(under, red);
-  Label hidden(form, "hidden", twips(0, 110, 200, 30));
-  painted(hidden, red).Visible = false;
+  const Field inside(box, twips(40, 30, 30, 30), green), under(form, twips(140, 10, 30, 10), red);
+  Field hidden(form, twips(0, 110, 200, 30), red);
+  hidden.Visible = false;
   Shape rounded(form, "rounded", twips(10, 60, 40, 30));
   rounded.rounded = true;
   rounded.BorderColor = green;
-  stage.show(form);
+  show(form);
   box.PSet(10, 10, red);
   box.Refresh();
 
@@ -59,108 +58,115 @@ TEST_P(LayoutTest, EverythingLiesOnItsPixels) {
     int x, y;  // of the design
     std::int32_t colour;
     const char* what;
-  } probes[] = {
-      {0, 0, green, "the frame's corner"},
-      {199, 149, green, "the frame's other corner"},
-      {1, 1, 0, "the frame is one pixel wide"},
-      {20, 10, red, "the panel's corner"},
-      {19, 10, 0, "left of the panel"},
-      {20, 40, 0, "below the panel"},
-      {39, 20, red, "the panel beside the filled shape"},
-      {40, 20, blue, "later controls lie in front"},
-      {79, 49, blue, "the shape's other corner"},
-      {80, 49, 0, "right of the shape"},
-      {90, 100, red, "the rule"},
-      {90, 99, 0, "above the rule"},
-      {90, 101, 0, "below the rule"},
-      {149, 15, blue, "a box is in front of a label made after it"},
-      {150, 15, red, "the label beside the box"},
-      {140, 40, green, "a label on the box"},
-      {150, 49, 0, "a box cuts off what lies on it"},
-      {110, 20, red, "the middle of a dot"},
-      {109, 20, red, "a dot is three pixels wide"},
-      {108, 20, blue, "and no more"},
-      {100, 120, 0, "hidden"},
-      {10, 60, 0, "a corner that is cut off"},
-      {30, 60, green, "a rounded outline"},
-      {30, 61, 0, "and its inside"},
-  };
-  for (const auto& probe : probes) {
-    const auto seen =
-        stage.user->pixels((TestForm::left + probe.x) * scale, (TestForm::top + probe.y) * scale, scale, scale);
-    const auto rgb =
-        static_cast<std::uint32_t>((probe.colour & 0xFF) << 16 | (probe.colour & 0xFF00) | probe.colour >> 16);
-    EXPECT_EQ(seen.front(), rgb) << probe.what << std::hex << " " << seen.front();
-    EXPECT_EQ(seen.back(), rgb) << probe.what << std::hex << " " << seen.back();
+  } probes[] = {{0, 0, green, "the frame's corner"},
+                {1, 1, 0, "the frame is one pixel wide"},
+                {20, 10, red, "the panel's corner"},
+                {19, 10, 0, "left of the panel"},
+                {40, 20, blue, "later controls lie in front"},
+                {79, 49, blue, "the shape's other corner"},
+                {90, 100, red, "the rule"},
+                {90, 101, 0, "below the rule"},
+                {149, 15, blue, "a box is in front of labels"},
+                {140, 40, green, "a label on the box"},
+                {150, 49, 0, "a box cuts off what lies on it"},
+                {109, 20, red, "a dot of three pixels"},
+                {108, 20, blue, "beside the dot"},
+                {100, 120, 0, "hidden"},
+                {10, 60, 0, "a rounded corner"},
+                {30, 60, green, "a rounded outline"}};
+  for (const auto& [x, y, colour, what] : probes) {
+    const int scale = GetParam();
+    const auto seen = user->pixels((TestForm::left + x) * scale, (TestForm::top + y) * scale, scale, scale);
+    const auto rgb = static_cast<std::uint32_t>((colour & 0xFF) << 16 | (colour & 0xFF00) | colour >> 16);
+    EXPECT_TRUE(seen.front() == rgb && seen.back() == rgb) << what << std::hex << " " << seen.front();
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(Densities, LayoutTest, testing::Values(1, 2));
 
-TEST(PaintingTest, AnAssignmentShowsByItself) {
-  Stage stage({.window_manager = false});
-  TestForm form;
+using PaintingTest = FormTest;
+
+TEST_F(PaintingTest, AnAssignmentShowsByItself) {
   PictureBox box(form, "box", twips(50, 50, 50, 50));
-  Label label(box, "label", twips(10, 10, 10, 10));
-  painted(label, red);
-  stage.show(form);
-  const auto at = [&](int x) { return stage.pixel(TestForm::left + x, TestForm::top + 60); };
-  EXPECT_EQ(at(60), 0xFF0000U);
-  label.BackColor = green;
-  EXPECT_TRUE(stage.until([&] { return at(60) == 0x00FF00; }));
-  label.Left = 20 * 15.0F;
-  EXPECT_TRUE(stage.until([&] { return at(60) == 0 && at(70) == 0x00FF00; }));
+  Field field(box, twips(10, 10, 10, 10), red);
+  show(form);
+  EXPECT_EQ(at(60, 60), 0xFF0000U);
+  field.BackColor = green;
+  EXPECT_TRUE(until([&] { return at(60, 60) == 0x00FF00; }));
+  field.Left = 20 * 15.0F;
+  EXPECT_TRUE(until([&] { return at(60, 60) == 0 && at(70, 60) == 0x00FF00; }));
   box.Left = 0;
-  EXPECT_TRUE(stage.until([&] { return at(70) == 0 && at(20) == 0x00FF00; }));
-  label.BackColor = blue;
-  label.Refresh();  // does not wait for events to be served
-  EXPECT_EQ(at(20), 0x0000FFU);
+  EXPECT_TRUE(until([&] { return at(70, 60) == 0 && at(20, 60) == 0x00FF00; }));
+  field.BackColor = blue;
+  field.Refresh();  // does not wait for events to be served
+  EXPECT_EQ(at(20, 60), 0x0000FFU);
   box.Visible = false;
-  EXPECT_TRUE(stage.until([&] { return at(20) == 0; }));
+  EXPECT_TRUE(until([&] { return at(20, 60) == 0; }));
 }
 
-TEST(PaintingTest, TextsStandWhereTheirLabelsPutThem) {
-  Stage stage({.window_manager = false});
-  TestForm form;
-  const auto add = [&](int top, const char* text, platform::Alignment alignment, int height) {
-    auto label = std::make_unique<Label>(form, "label", twips(50, top, 100, height));
-    label->Caption = text;
-    label->ForeColor = green;
-    label->Alignment = alignment;
-    return label;
+TEST_F(PaintingTest, TextsStandWhereTheirLabelsPutThem) {
+  std::vector<std::unique_ptr<Label>> labels;
+  const auto add = [&](float top, float height, const char* text, platform::Alignment alignment = {}) {
+    auto& label = *labels.emplace_back(std::make_unique<Label>(form, "label", twips(50, top, 100, height)));
+    label.Caption = text;
+    label.ForeColor = green;
+    label.Alignment = alignment;
   };
-  const auto left = add(0, "Été", platform::Alignment::left, 20);
-  const auto right = add(20, "Été", platform::Alignment::right, 20);
-  const auto centre = add(40, "Été", platform::Alignment::centre, 20);
-  const auto wrapped = add(60, "Supprimer le patron choisi", platform::Alignment::left, 30);
-  const auto lines = add(90, "Un\r\nDeux", platform::Alignment::left, 24);
-  const auto endless = add(114, "WWWWWWWWWWWWWWWWWWWWWWWW", platform::Alignment::left, 20);
-  stage.show(form);
+  add(0, 20, "Été");
+  add(20, 20, "Été", platform::Alignment::right);
+  add(40, 20, "Été", platform::Alignment::centre);
+  add(60, 30, "Supprimer le patron choisi");
+  add(90, 24, "Un\r\nDeux");
+  add(114, 20, "WWWWWWWWWWWWWWWWWWWWWWWW");
+  show(form);
 
-  // The box around all that is not black in an area of the form; empty where all of it is.
-  struct Ink {
-    int left = 1000, right = -1, bottom = -1;
-  };
+  // Whether something stands in an area of the form.
   const auto ink = [&](int x, int y, int width, int height) {
-    const auto pixels = stage.user->pixels(TestForm::left + x, TestForm::top + y, width, height);
-    Ink result;
-    for (int i = 0; i < width * height; ++i) {
-      if (pixels[static_cast<std::size_t>(i)] == 0) continue;
-      result.left = std::min(result.left, i % width);
-      result.right = std::max(result.right, i % width);
-      result.bottom = i / width;
-    }
-    return result;
+    const auto pixels = user->pixels(TestForm::left + x, TestForm::top + y, width, height);
+    return std::ranges::any_of(pixels, [](std::uint32_t colour) { return colour != 0; });
   };
-  EXPECT_LE(ink(50, 0, 100, 20).left, 2);
-  EXPECT_LE(ink(50, 0, 100, 20).bottom, 14) << "one line at the top";
-  EXPECT_GE(ink(50, 20, 100, 20).right, 97);
-  EXPECT_NEAR(ink(50, 40, 100, 20).left, 99 - ink(50, 40, 100, 20).right, 2);
-  EXPECT_GE(ink(50, 76, 100, 14).right, 0) << "the text goes on in a second line";
-  EXPECT_GE(ink(50, 90, 100, 24).bottom, 17) << "CR LF begins a line";
-  EXPECT_LE(ink(50, 90, 100, 24).bottom, 22) << "lines close up where their label is low";
-  EXPECT_GE(ink(50, 114, 100, 20).right, 97);
-  EXPECT_LT(ink(150, 0, 50, TestForm::height).right, 0) << "nothing stands outside of the labels";
+  EXPECT_TRUE(ink(50, 0, 3, 20) && !ink(50, 15, 100, 5)) << "one line, at the top left";
+  EXPECT_TRUE(ink(147, 20, 3, 20) && !ink(50, 20, 50, 20)) << "at the right";
+  EXPECT_TRUE(ink(98, 40, 4, 20) && !ink(50, 40, 33, 20) && !ink(117, 40, 33, 20)) << "in the middle";
+  EXPECT_TRUE(ink(50, 76, 100, 14)) << "the text goes on in a second line";
+  EXPECT_TRUE(ink(50, 107, 100, 6)) << "CR LF begins a line";
+  EXPECT_FALSE(ink(50, 113, 100, 1)) << "lines close up where their label is low";
+  EXPECT_TRUE(ink(147, 114, 3, 20) && !ink(150, 0, 50, TestForm::height)) << "nothing stands outside of the labels";
+}
+
+void collect(QAccessibleInterface& from, std::map<std::string, QAccessibleInterface*>& found) {
+  for (int i = 0; i < from.childCount(); ++i) {
+    QAccessibleInterface* child = from.child(i);
+    EXPECT_EQ(from.indexOfChild(child), i);
+    found[child->text(QAccessible::Name).toStdString()] = child;
+    collect(*child, found);
+  }
+}
+
+TEST_F(PaintingTest, AScreenReaderFindsControlsByNameAndCanPressThem) {
+  PictureBox bar(form, "PicRes", twips(10, 20, 100, 40));
+  Label bare(bar, "Bouton", twips(30, 10, 20, 20)), info(form, "lblinfo", twips(10, 100, 100, 20));
+  bare.Index = 4;
+  info.Caption = "Prêt...";
+  Label hidden(form, "hidden", twips(0, 0, 20, 20));
+  hidden.Visible = false;
+  const platform::TextBox box(form, "Texte", twips(10, 130, 100, 20));
+  int clicks = 0;
+  bare.Click = [&] { ++clicks; };
+  show(form);
+  std::map<std::string, QAccessibleInterface*> found;
+  collect(*QAccessible::queryAccessibleInterface(QWidget::find(form.hWnd)), found);
+  for (const char* name : {"PicRes", "Bouton4", "Prêt...", "Texte"}) ASSERT_TRUE(found.contains(name)) << name;
+  EXPECT_FALSE(found.contains("hidden"));
+  QAccessibleInterface& button = *found["Bouton4"];
+  EXPECT_EQ(button.role(), QAccessible::PushButton);
+  EXPECT_EQ(button.rect(), QRect(TestForm::left + 40, TestForm::top + 30, 20, 20));
+  EXPECT_EQ(button.parent()->childAt(TestForm::left + 45, TestForm::top + 35), &button);
+  button.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(clicks, 1);
+  windows.unload(form);
+  EXPECT_FALSE(button.isValid());
+  EXPECT_EQ(button.text(QAccessible::Name), QString());
 }
 
 }  // namespace

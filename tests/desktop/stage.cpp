@@ -6,36 +6,25 @@
 #include <cstdlib>
 #include <stdexcept>
 
-using test_support::eventually;
-
-platform::Rectangle twips(int left, int top, int width, int height) {
-  const auto unit = [](int pixels) { return static_cast<float>(pixels) * platform::twips_per_pixel; };
-  return {unit(left), unit(top), unit(width), unit(height)};
-}
-
-TestForm::TestForm(std::string name) : Form(std::move(name), width * 15.0F, height * 15.0F) {
-  Left = left * 15.0F;
-  Top = top * 15.0F;
-}
+using stage::eventually;
 
 Stage::Stage(const With& with) {
   if (!server.ok()) throw std::runtime_error("no X server");
   server.make_current();
   for (const char* name : {"WAYLAND_DISPLAY", "XDG_SESSION_TYPE"}) unsetenv(name);
+  setenv("DBUS_SESSION_BUS_ADDRESS", with.bus.c_str(), 1);
   setenv("QT_SCALE_FACTOR", with.scale.c_str(), 1);
-  if (with.window_manager) window_manager = start_window_manager(server);
+  if (with.window_manager) window_manager = start_window_manager(server, with.manager);
   if (with.compositor) compositor = start_compositor(server);
-  if (with.window_manager != window_manager.running() || with.compositor != compositor.running()) {
-    throw std::runtime_error("no window manager or no compositor");
-  }
+  const bool all = with.window_manager == window_manager.running() && with.compositor == compositor.running();
+  if (!all) throw std::runtime_error("no window manager or no compositor");
   display = XOpenDisplay(nullptr);
   if (with.window_manager) {
     // Windows that are mapped before a window manager serves events come out wrong: one question is to be answered.
     const Window asking = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 10, 10, 0, 0, 0);
     tell_manager(asking, "_NET_REQUEST_FRAME_EXTENTS");
-    if (!eventually([&] { return !property(asking, "_NET_FRAME_EXTENTS").empty(); })) {
-      throw std::runtime_error("the window manager does not answer");
-    }
+    const bool answers = eventually([&] { return !property(asking, "_NET_FRAME_EXTENTS").empty(); });
+    if (!answers) throw std::runtime_error("the window manager does not answer");
     XDestroyWindow(display, asking);
   }
   user.emplace(server);
@@ -52,10 +41,7 @@ Stage::~Stage() {
 }
 
 bool Stage::until(const std::function<bool()>& condition) {
-  return eventually([&] {
-    services().events.DoEvents();
-    return condition();
-  });
+  return eventually([&] { return services().events.DoEvents(), condition(); });
 }
 
 void Stage::settle(platform::Form& form) {
@@ -63,11 +49,8 @@ void Stage::settle(platform::Form& form) {
   bool seen = false;
   const auto handler = form.KeyDown;
   form.KeyDown = [&](int& code, int& shift) {
-    if (code == -1) {
-      seen = true;
-    } else if (handler) {
-      handler(code, shift);
-    }
+    seen |= code == -1;
+    if (code != -1 && handler) handler(code, shift);
   };
   send(form.hWnd, form.hWnd, hook_report_atom, {hook_key_down, -1});
   if (!until([&] { return seen; })) throw std::runtime_error("events are not served");
@@ -78,23 +61,23 @@ void Stage::show(platform::Form& form) {
   if (!services().windows.load(form)) throw std::runtime_error("no window");
   services().windows.Show(form);
   // A window manager goes on placing a window for a while; giving it the keyboard is the last thing it does.
-  if (window_manager.running() && !until([&] { return active() == std::vector<unsigned long>{form.hWnd}; })) {
-    throw std::runtime_error("the window does not become active");
-  }
+  const bool managed = window_manager.running();
+  const bool done = !managed || until([&] { return active() == std::vector<unsigned long>{form.hWnd}; });
+  if (!done) throw std::runtime_error("the window does not become active");
   settle(form);
 }
 
 std::vector<unsigned long> Stage::property(Window window, const char* name) const {
   Atom type = None;
   int format = 0;
-  unsigned long count = 0;
-  unsigned long left = 0;
+  unsigned long count = 0, left = 0;
   unsigned char* value = nullptr;
   XGetWindowProperty(display, window, atom(name), 0, 64, False, AnyPropertyType, &type, &format, &count, &left, &value);
-  const auto* items = reinterpret_cast<unsigned long*>(value);
   std::vector<unsigned long> result;
   // The sign has been spread over the upper half of each item.
-  for (unsigned long i = 0; format == 32 && i < count; ++i) result.push_back(items[i] & 0xFFFFFFFF);
+  for (unsigned long i = 0; format == 32 && i < count; ++i) {
+    result.push_back(reinterpret_cast<unsigned long*>(value)[i] & 0xFFFFFFFF);
+  }
   if (value != nullptr) XFree(value);
   return result;
 }
@@ -106,24 +89,14 @@ std::pair<int, int> Stage::place(Window window, int x, int y) const {
   return result;
 }
 
-bool Stage::something_shown() const {
-  Window root = None;
-  Window parent = None;
-  Window* windows = nullptr;
-  unsigned count = 0;
-  XQueryTree(display, DefaultRootWindow(display), &root, &parent, &windows, &count);
-  bool shown = false;
-  for (unsigned i = 0; i < count && !shown; ++i) {
-    XWindowAttributes now;
-    shown = XGetWindowAttributes(display, windows[i], &now) != 0 && now.map_state == IsViewable;
-  }
-  if (windows != nullptr) XFree(windows);
-  return shown;
+std::vector<unsigned long> Stage::active() const {
+  auto active = root_property("_NET_ACTIVE_WINDOW");
+  while (active.size() > 1) active.pop_back();
+  return active;
 }
 
 bool Stage::has_state(Window window, const char* state) const {
-  const auto states = property(window, "_NET_WM_STATE");
-  return std::find(states.begin(), states.end(), atom(state)) != states.end();
+  return std::ranges::count(property(window, "_NET_WM_STATE"), atom(state)) != 0;
 }
 
 void Stage::send(Window to, Window about, const char* type, const std::vector<long>& data) const {

@@ -1,6 +1,8 @@
 // A desktop on a private screen with a user in front of it, and a form to try things on.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <optional>
 #include <string>
@@ -8,22 +10,23 @@
 #include <vector>
 
 #include "desktop/desktop.h"
-#include "tests/support/xserver.h"
+#include "stage/xserver.h"
 
 // After the controls: it makes macros of names that are members there.
 #include <X11/Xlib.h>
 #include <X11/keysym.h>
 #undef KeyPress
 
-// A window of 200 by 150 pixels at (100, 50), with nothing on it.
-class TestForm : public platform::Form {
- public:
-  static constexpr int left = 100, top = 50, width = 200, height = 150;  // pixels
-  explicit TestForm(std::string name = "Essai");
-};
-
 // Twips of a rectangle in pixels.
-platform::Rectangle twips(int left, int top, int width, int height);
+inline platform::Rectangle twips(float left, float top, float width, float height) {
+  return {15 * left, 15 * top, 15 * width, 15 * height};
+}
+
+// A window of 200 by 150 pixels at (100, 50), with nothing on it.
+struct TestForm : platform::Form {
+  static constexpr int left = 100, top = 50, width = 200, height = 150;  // pixels
+  TestForm() : Form("Essai", width * 15.0F, height * 15.0F) { Left = left * 15.0F, Top = top * 15.0F; }
+};
 
 class Stage {
  public:
@@ -31,8 +34,9 @@ class Stage {
     bool window_manager = true;
     bool compositor = false;
     std::string scale = "1";  // the toolkit's factor between its pixels and the screen's
+    std::string manager = "openbox";
+    std::string bus = "disabled:";  // of the session; none, or icons would go to the panel of whoever runs the test
   };
-  Stage() : Stage(With()) {}
   explicit Stage(const With& with);
   ~Stage();
 
@@ -44,15 +48,14 @@ class Stage {
   // Loads a form and shows it.
   void show(platform::Form& form);
 
-  // The colour of a pixel of the screen, 0xRRGGBB.
-  std::uint32_t pixel(int x, int y) { return user->pixels(x, y, 1, 1).front(); }
   // A property of a window as 32-bit items.
   std::vector<unsigned long> property(Window window, const char* name) const;
-  // Whether the screen shows any window, where no window manager keeps windows of its own there.
-  bool something_shown() const;
+  std::vector<unsigned long> root_property(const char* name) const {
+    return property(DefaultRootWindow(display), name);
+  }
   bool has_state(Window window, const char* state) const;
-  // What the window manager says is active.
-  std::vector<unsigned long> active() const { return property(DefaultRootWindow(display), "_NET_ACTIVE_WINDOW"); }
+  // What the window manager says is active; some say a second thing about it, which is left out.
+  std::vector<unsigned long> active() const;
   // Where a point of a window lies on the screen.
   std::pair<int, int> place(Window window, int x = 0, int y = 0) const;
   // Sends a message of format 32 to a window, or about it to the window manager.
@@ -63,9 +66,35 @@ class Stage {
     send(DefaultRootWindow(display), about, type, data);
   }
 
-  test_support::XServer server;
-  test_support::Process window_manager, compositor;
+  stage::XServer server;
+  stage::Process window_manager, compositor;
   Display* display = nullptr;  // of the test itself
   std::optional<desktop::Desktop> desktop;
-  std::optional<test_support::User> user;
+  std::optional<stage::User> user;
+};
+
+// A test with the form on a stage; without a window manager, which could hold input back until it has looked at it.
+class FormTest : public testing::Test, protected Stage {
+ protected:
+  explicit FormTest(const With& with = {.window_manager = false}) : Stage(with) {}
+
+  void type(const std::vector<unsigned long>& keys) {
+    for (const unsigned long key : keys) user->type(key);
+  }
+  // To a pixel of the form, and what is seen there, 0xRRGGBB.
+  void move(int x, int y) { user->move_to(TestForm::left + x, TestForm::top + y); }
+  std::uint32_t at(int x, int y) { return user->pixels(TestForm::left + x, TestForm::top + y, 1, 1).front(); }
+  // What has been noted since the last call, all that is under way included.
+  std::vector<std::string> news() { return settle(form), std::exchange(heard, {}); }
+
+  // Does something once the condition holds, in whatever loop the program is by then.
+  void when(const std::function<bool()>& condition, const std::function<void()>& act) {
+    timer.Elapsed = [this, condition, act] { condition() ? timer.Enabled = false, act() : void(); };
+    timer.Enabled = true;
+  }
+
+  TestForm form;
+  platform::Timer timer{form, "timer", 5, false};
+  std::vector<std::string> heard;
+  platform::Windows& windows = services().windows;
 };

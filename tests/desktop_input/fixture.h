@@ -1,37 +1,31 @@
 // A screen with a window that tells what keys it gets.
 #pragma once
 
+#include <X11/keysym.h>
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
-#include "tests/support/xserver.h"
+#include "stage/xserver.h"
 
 class KeyTest : public testing::Test {
  protected:
-  void SetUp() override;
+  KeyTest();
   // Starts the window with the keyboard; see listener.cpp for how it may behave.
   void listen(const std::string& behaviour = "pings");
-
-  // Sets the keyboard layout: "us", "fr bepo", "us,ru".
-  static void set_layout(const std::string& layout);
+  // Sets the keyboard layout: "us", "fr bepo", "us,ru"; with a key to change the group, to the second group.
+  void set_layout(const std::string& layout);
   // The key maps of every keyboard of the server, as text.
   static std::string key_maps();
-  // Keys that are down, by code, and the modifiers and group in force ("locked 2, group 1").
-  static std::vector<int> keys_down();
-  static std::string locked();
+  // How many keys are down, and the modifiers and the group in force: "0 down, locked 2, group 1".
+  static std::string state();
+  // The keys that have arrived since the last call: "4 c|^|1 A A" (state, name and text of each, "^" for modifiers).
+  std::string heard(bool as_text = false);
+  // The same as text, with the names of other keys than modifiers: "ab<Return>".
+  std::string typed() { return heard(true); }
 
-  // The keys that have arrived since the last call, modifier keys aside: "4 c", "1 A A" (state, name, text).
-  std::vector<std::string> heard();
-  // The same as text: what it typed, a line end for Return.
-  std::string typed();
-  // How many modifier keys were among those last heard.
-  int modifiers_heard() const { return modifiers_heard_; }
-
-  test_support::XServer server;
+  stage::XServer server;
 
  private:
-  test_support::Process listener_;
-  int modifiers_heard_ = 0;
+  stage::Process listener_;
 };

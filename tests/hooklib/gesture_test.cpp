@@ -5,6 +5,8 @@
 
 #include <utility>
 
+#include "hooklib/path.h"
+
 namespace hooklib {
 namespace {
 
@@ -15,7 +17,9 @@ constexpr Contact wheel{8, 5};
 constexpr Step nothing{};
 constexpr Step begin{.begin = true};
 constexpr Step end{.end = true};
+constexpr Step lift{.lift = true};
 constexpr Step hand_over{.release = Release::hand_over};
+constexpr Step swallow{.release = Release::swallow};
 constexpr Step report{.release = Release::as_stroke};
 constexpr Step drop{.end = true, .release = Release::swallow};
 constexpr Step give_back{.end = true, .release = Release::hand_over};
@@ -32,9 +36,10 @@ TEST(Gesture, OnlyItsOwnButtonEndsADrawingAndKeysComeTooLateThen) {
   EXPECT_EQ(gesture.button_down(wheel, 110), nothing);
   EXPECT_EQ(gesture.button_up(wheel), nothing);
   EXPECT_EQ(gesture.button_up(second_mouse), nothing);
-  EXPECT_EQ(gesture.button_up(mouse), end);
+  EXPECT_EQ(gesture.button_up(mouse), lift);
   EXPECT_EQ(gesture.control(), nothing);
   EXPECT_EQ(gesture.escape(), nothing);
+  EXPECT_EQ(gesture.stays_up(), end);
   EXPECT_EQ(gesture.recorded(false), report);
   EXPECT_EQ(gesture.recorded(false), nothing);
 }
@@ -53,6 +58,42 @@ TEST(Gesture, EveryCancelLetsThePressGoOnce) {
   }
 }
 
+TEST(Gesture, BouncesShareTheFateOfTheirDrawing) {
+  const std::pair<Step (*)(Gesture&), std::pair<Step, Step>> ends[] = {
+      {[](Gesture& g) { return g.button_up(mouse), g.stays_up(), g.recorded(false); }, {report, swallow}},
+      {[](Gesture& g) { return g.control(); }, {give_back, hand_over}},
+      {[](Gesture& g) { return g.button_up(mouse), g.stop(); }, {give_back, hand_over}},
+      {[](Gesture& g) { return g.escape(); }, {drop, swallow}}};
+  for (const auto& [finish, expected] : ends) {
+    Gesture gesture = drawing();
+    EXPECT_EQ(gesture.button_up(mouse), lift);
+    EXPECT_EQ(gesture.button_down(mouse, 200), lift);
+    gesture.bounced(200);
+    EXPECT_TRUE(gesture.drawing());
+    EXPECT_EQ(gesture.button_up(mouse), lift);
+    EXPECT_EQ(gesture.button_down(mouse, 210), lift);
+    EXPECT_EQ(gesture.button_up(mouse), lift);
+    gesture.bounced(210);
+    EXPECT_TRUE(gesture.lifted()) << "up again before it was known to have been down";
+    EXPECT_EQ(gesture.button_down(mouse, 215), lift);
+    gesture.bounced(215);
+    EXPECT_EQ(finish(gesture), expected.first);
+    for (const std::uint32_t time : {200U, 210U, 215U}) EXPECT_EQ(gesture.frozen_press(time, true), expected.second);
+    gesture.button_down(mouse, 300);
+    EXPECT_EQ(gesture.frozen_press(300, true), begin);
+  }
+}
+
+TEST(Gesture, NothingBringsAButtonBackThatCameUpForGood) {
+  Gesture gesture = drawing();
+  gesture.button_up(mouse);
+  EXPECT_EQ(gesture.button_down({mouse.device, 1}, 205), end) << "a click that follows leaves the stroke whole";
+  gesture.button_down(mouse, 210);
+  gesture.bounced(210);
+  EXPECT_EQ(gesture.recorded(false), report);
+  EXPECT_EQ(gesture.frozen_press(210, true), begin) << "another drawing";
+}
+
 TEST(Gesture, PressesThatCannotBeDrawnAreHandedOver) {
   Gesture gesture;
   EXPECT_EQ(gesture.frozen_press(50, true), hand_over) << "no device made it";
@@ -60,6 +101,51 @@ TEST(Gesture, PressesThatCannotBeDrawnAreHandedOver) {
   gesture.button_down(mouse, 120);
   gesture.button_up(mouse);
   EXPECT_EQ(gesture.frozen_press(120, true), hand_over);
+}
+
+using Kind = Recording::Kind;
+using News = DrawnPath::News;
+
+TEST(DrawnPath, PressSoonAndNearIsABounce) {
+  const struct {
+    Sample next;
+    Kind kind;
+    News news;
+  } cases[] = {{{204, 305, 1025}, Kind::press, News::bounced}, {{204, 305, 1026}, Kind::press, News::ended},
+               {{230, 300, 1005}, Kind::press, News::ended},   {{204, 305, 1005}, Kind::motion, News::none},
+               {{230, 300, 1005}, Kind::motion, News::ended},  {{204, 305, 1026}, Kind::motion, News::ended},
+               {{200, 300, 1005}, Kind::release, News::ended}};
+  for (const auto& [next, kind, news] : cases) {
+    DrawnPath path;
+    path.begin({100, 300, 900}, 1);
+    EXPECT_EQ(path.take({200, 300, 1000}, Kind::release), News::none);
+    EXPECT_EQ(path.take(next, kind), news) << next.x << ' ' << next.time_ms;
+    EXPECT_EQ(path.samples().back().x, news == News::bounced ? next.x : 200) << "the stroke ends with the release";
+  }
+}
+
+TEST(DrawnPath, ReleaseThatWasMadeBeforeTheRecordingEndsIt) {
+  for (const std::uint32_t motion_ms : {1000U, 1001U}) {
+    DrawnPath path;
+    path.begin({100, 300, 990}, 1);
+    path.released(1000);
+    path.take({600, 300, motion_ms}, Kind::motion);
+    EXPECT_EQ(path.samples().size(), 1U) << motion_ms;
+    const bool motion_first = path.take({600, 300, 1000}, Kind::release) == News::none && path.samples().size() == 3;
+    EXPECT_EQ(motion_first, motion_ms == 1000U);
+  }
+}
+
+TEST(DrawnPath, HeldForAnHourItStaysSmallAndAClickShowsNoTrail) {
+  DrawnPath path;
+  path.begin({100, 100, 0}, 1);
+  std::size_t drawn = 0;
+  for (std::uint32_t ms = 1; ms < 3'600'000; ++ms) {
+    path.take({100.0 + ms % 4, 100, ms}, Kind::motion);
+    if (ms % 1000 == 0) drawn += path.take_undrawn().size();
+  }
+  EXPECT_EQ(drawn, 0U);
+  EXPECT_LE(path.samples().size(), Recorder::capacity);
 }
 
 }  // namespace

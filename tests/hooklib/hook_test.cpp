@@ -2,117 +2,18 @@
 #include <X11/Xatom.h>
 #include <X11/keysym.h>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <csignal>
-#include <cstdio>
 #include <filesystem>
 #include <iterator>
 #include <memory>
 #include <string>
 
-#include "tests/hooklib/host.h"
-#include "tests/support/xserver.h"
+#include "tests/hooklib/fixture.h"
 
 namespace hook_test {
 namespace {
-
-using test_support::eventually;
-using Lines = std::vector<std::string>;
-
-// An L of 200 by 150 pixels well inside the application's window.
-const Path corner = {{400, 300}, {400, 350}, {400, 400}, {400, 450}, {450, 450}, {500, 450}, {600, 450}};
-
-class Desktop : public testing::Test {
- protected:
-  void SetUp() override {
-    ASSERT_TRUE(server.ok());
-    server.make_current();
-    window_manager = test_support::start_window_manager(server);
-    ASSERT_TRUE(window_manager.running());
-    user = std::make_unique<test_support::User>(server);
-    target = std::make_unique<Target>(server.display());
-  }
-
-  // Presses at the start of the path and goes along it.
-  void begin_drawing(const Path& path = corner) {
-    EXPECT_TRUE(user->begin_stroke(3, path.front().first, path.front().second));
-    for (const auto& [x, y] : path) user->move_to(x, y);
-  }
-  // Until the server withholds nothing any more. Not while a drawing is in progress, and with the pointer at rest: what
-  // the server hands over late has the place of that moment.
-  void pointer_moves() {
-    static int x = 0;
-    x = x == 990 ? 980 : 990;
-    user->move_to(x, 690);
-    const std::string mark = "motion at " + std::to_string(x) + ",690";
-    EXPECT_TRUE(eventually([&] {
-      const auto all = target->events(true);
-      return !all.empty() && all.back() == mark;
-    })) << "the pointer is frozen";
-  }
-  // The application gets just these presses and releases.
-  void gets(const Lines& expected) {
-    EXPECT_TRUE(eventually([&] { return target->events().size() >= expected.size(); }));
-    pointer_moves();
-    EXPECT_EQ(target->events(), expected);
-  }
-  void drag_is_passed_on() {
-    target->forget();
-    user->move_to(400, 300);
-    user->press(3);
-    user->move_to(450, 300);
-    user->move_to(500, 300);
-    user->release(3);
-    gets({"press 3 at 400,300", "release 3 at 500,300"});
-    target->forget();
-  }
-  void click_is_passed_on(int button = 3) {
-    target->forget();
-    user->move_to(610, 300);
-    user->click(button);
-    gets({"press 3 at 610,300", "release 3 at 610,300"});
-    target->forget();
-  }
-  bool taken() { return button_is_taken(target->display()); }
-
-  test_support::XServer server;
-  test_support::Process window_manager;
-  std::unique_ptr<test_support::User> user;
-  std::unique_ptr<Target> target;
-};
-
-// The hook runs in this process.
-class Hooked : public Desktop {
- protected:
-  void SetUp() override {
-    Desktop::SetUp();
-    if (HasFatalFailure()) return;
-    host = std::make_unique<Host>();
-    host->init();
-  }
-  void TearDown() override {
-    if (host) host->exports().EndHook();
-  }
-
-  bool reported(const std::vector<Report>& expected) {
-    return eventually([&] { return host->reports().size() >= expected.size(); }) && host->reports() == expected;
-  }
-  // Once a drawing is over and Ctrl, used later, has been reported, whatever was to be reported before has.
-  void reports_just(std::vector<Report> expected) {
-    pointer_moves();
-    user->type(XK_Control_L);
-    expected.insert(expected.end(), {control_down, control_up});
-    EXPECT_TRUE(eventually([&] { return !host->reports().empty() && host->reports().back() == control_up; }));
-    EXPECT_EQ(host->reports(), expected);
-    host->forget();
-  }
-
-  std::unique_ptr<Host> host;
-};
 
 TEST_F(Hooked, StrokeIsReportedOnceAndFetchedAlike) {
   EXPECT_TRUE(host->fetch().empty()) << "before any stroke the array and its count stay as they are";
@@ -285,19 +186,23 @@ TEST(HookAlone, NoServerOrOneThatGoesIsNoHarm) {
   library.InitHook(1);
   library.EndHook();
 
-  test_support::XServer server;
+  stage::XServer server;
   ASSERT_TRUE(server.ok());
   server.make_current();
   const auto threads = entries("/proc/self/task");
   library.InitHook(1);
   {
     // A report to a window that is not there, and the hook works on.
-    test_support::User user(server);
-    user.draw(3, corner);
-    user.draw(3, corner);
-    std::array<point_hook, hook_capacity> points{};
-    std::int32_t count = 0;
-    EXPECT_TRUE(eventually([&] { return library.ENVOIS_BUF_TMP(points.data(), &count), count > 0; }));
+    stage::User user(server);
+    for (const Path& path : {corner, Path{{700, 300}, {700, 500}}}) {
+      user.draw(3, path);
+      std::array<point_hook, hook_capacity> points{};
+      std::int32_t count = 0;
+      EXPECT_TRUE(eventually([&] {
+        library.ENVOIS_BUF_TMP(points.data(), &count);
+        return count > 0 && points[0].x == path[0].first;
+      }));
+    }
   }
   server.process().end();
   EXPECT_TRUE(eventually([&] { return entries("/proc/self/task") == threads; })) << "the thread ends with the server";
@@ -308,8 +213,8 @@ TEST(HookAlone, NoServerOrOneThatGoesIsNoHarm) {
 class TrailOn : public Hooked, public testing::WithParamInterface<bool> {};
 
 TEST_P(TrailOn, IsDrawnAndLeavesNothing) {
-  test_support::Process compositor;
-  if (GetParam()) compositor = test_support::start_compositor(server);
+  stage::Process compositor;
+  if (GetParam()) compositor = stage::start_compositor(server);
   ASSERT_EQ(compositor.running(), GetParam());
   const auto screen = [&] { return user->pixels(250, 150, 700, 500); };
   const auto green = [&](int x, int y, int width, int height) {
@@ -350,87 +255,5 @@ TEST_P(TrailOn, IsDrawnAndLeavesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(Screens, TrailOn, testing::Values(false, true));
 
-// A host in a process of its own: prints "ready", then each report as "direction key". Ends when told anything.
-void be_host() {
-  Host host;
-  host.init();
-  std::puts("ready");
-  std::array<pollfd, 2> waits{{{host.descriptor(), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}}};
-  while (waits[1].revents == 0) {
-    for (const auto& [direction, key] : host.reports()) std::printf("%ld %ld\n", direction, key);
-    std::fflush(stdout);
-    host.forget();
-    poll(waits.data(), waits.size(), -1);
-  }
-  host.exports().EndHook();
-}
-
-class HostProcess : public Desktop {
- protected:
-  test_support::Process start() {
-    test_support::Process process({"/proc/self/exe", "host"}, {server.environment()}, true);
-    EXPECT_EQ(process.read_line(), "ready");
-    return process;
-  }
-  void draws_for(test_support::Process& host) {
-    ASSERT_TRUE(eventually([&] { return taken(); }));
-    user->draw(3, corner);
-    EXPECT_EQ(host.read_line(), "0 67");
-  }
-};
-
-TEST_F(HostProcess, SecondInstanceWaitsForTheFirstToGo) {
-  for (const bool killed : {false, true}) {
-    SCOPED_TRACE(killed);
-    test_support::Process first = start();
-    test_support::Process second = start();
-    draws_for(first);
-    killed ? first.signal(SIGKILL) : first.write_line("end");
-    ASSERT_NE(first.wait(), -1);
-    draws_for(second);  // and not before
-  }
-}
-
-TEST_F(HostProcess, KilledInMidStrokeTheButtonIsTheUsers) {
-  test_support::Process host = start();
-  begin_drawing();
-  host.signal(SIGKILL);
-  host.wait();
-  user->release(3);
-  user->move_to(500, 400);
-  target->forget();
-  user->click(3);
-  EXPECT_TRUE(eventually([&] {
-    const Lines all = target->events();
-    return std::count(all.begin(), all.end(), "press 3 at 500,400") == 1;
-  }));
-  EXPECT_FALSE(taken());
-}
-
-TEST_F(HostProcess, StoppedTheButtonIsTheUsersAndTheHookComesBack) {
-  for (const bool in_mid_stroke : {true, false}) {
-    SCOPED_TRACE(in_mid_stroke);
-    test_support::Process host = start();
-    if (in_mid_stroke) begin_drawing();
-    host.signal(SIGSTOP);
-    if (!in_mid_stroke) user->press(3);
-    user->release(3);
-    // The pointer is free again, although nobody let it go.
-    pointer_moves();
-    EXPECT_FALSE(taken());
-    click_is_passed_on();
-    host.signal(SIGCONT);
-    draws_for(host);
-    target->forget();
-  }
-}
-
 }  // namespace
 }  // namespace hook_test
-
-// What is thrown ends the test program, as it should.
-int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
-  if (count == 2 && std::string(arguments[1]) == "host") return hook_test::be_host(), 0;
-  testing::InitGoogleTest(&count, arguments);
-  return RUN_ALL_TESTS();
-}

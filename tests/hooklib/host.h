@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "platform/hook_contract.h"
-#include "tests/support/xserver.h"
+#include "stage/xserver.h"
 
 namespace hook_test {
 
@@ -53,6 +53,8 @@ inline const Report control_up{hook_key_up, key_control};
 // A program with a window that is never shown, on the display of the environment.
 class Host {
  public:
+  // One that answers when the hook asks whether it hangs must look at its reports all the time.
+  explicit Host(bool answering = false) : answering_(answering) {}
   Library& exports() { return library_; }
   void init() {
     XSync(display_.get(), False);
@@ -80,6 +82,10 @@ class Host {
       if (event.type == ClientMessage && message.message_type == atom_ && message.format == 32) {
         reports_.emplace_back(message.data.l[0], message.data.l[1]);
       }
+      if (answering_ && event.type == ClientMessage && message.message_type == question_) {
+        event.xclient.window = static_cast<Window>(message.data.l[0]);
+        XSendEvent(display_.get(), event.xclient.window, False, NoEventMask, &event);
+      }
     }
     return reports_;
   }
@@ -91,6 +97,8 @@ class Host {
   DisplayHandle display_{XOpenDisplay(nullptr)};
   Window window_ = XCreateSimpleWindow(display_.get(), DefaultRootWindow(display_.get()), 0, 0, 10, 10, 0, 0, 0);
   Atom atom_ = XInternAtom(display_.get(), hook_report_atom, False);
+  Atom question_ = XInternAtom(display_.get(), hook_question_atom, False);
+  bool answering_;
   std::vector<Report> reports_;
 };
 
@@ -111,7 +119,7 @@ class Target {
       XWindowAttributes attributes;
       return XGetWindowAttributes(connection, window, &attributes) != 0 && attributes.map_state == IsViewable;
     };
-    if (!test_support::eventually(viewable)) throw std::runtime_error("the window never appeared");
+    if (!stage::eventually(viewable)) throw std::runtime_error("the window never appeared");
   }
   // What has come so far, since the last forget(). Motion only if asked for.
   std::vector<std::string> events(bool motion = false) {

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 #include "capture/miniature.h"
 #include "forms/sk.h"
@@ -17,7 +18,7 @@
 #include "platform/number.h"
 #include "platform/text.h"
 
-using test_support::eventually;
+using stage::eventually;
 
 namespace {
 
@@ -81,7 +82,8 @@ std::string contents(const std::string& file) {
   return bytes.str();
 }
 
-Desk::Desk(const std::string& profile) : window_manager(test_support::start_window_manager(server)), user(server) {
+Desk::Desk(const std::string& profile)
+    : window_manager(stage::start_window_manager(server)), user(server), screen(server) {
   server.make_current();
   std::string folder = (std::filesystem::temp_directory_path() / "strokemind-desk-XXXXXX").string();
   home_ = mkdtemp(folder.data());
@@ -103,11 +105,17 @@ std::vector<std::string> Desk::environment() const {
           "LC_ALL=C.UTF-8"};
 }
 
+void Desk::launch() {
+  if (contents(profile_path()).find("[Pos]") == std::string::npos) {
+    const std::string place =
+        "[Pos]\r\nX=" + std::to_string(window_left * 15) + "\r\nY=" + std::to_string(window_top * 15) + "\r\n";
+    std::ofstream(profile_path(), std::ios::binary | std::ios::app) << place;
+  }
+  program = stage::Process({std::string(PROGRAM_FOLDER) + "/Strokemind"}, environment());
+}
+
 void Desk::start() {
-  const std::string place =
-      "[Pos]\r\nX=" + std::to_string(window_left * 15) + "\r\nY=" + std::to_string(window_top * 15) + "\r\n";
-  std::ofstream(profile_path(), std::ios::binary | std::ios::app) << place;
-  program = test_support::Process({std::string(PROGRAM_FOLDER) + "/Strokemind"}, environment());
+  launch();
   // The number of patrons stands in the status bar, whose rows are of one colour each without it.
   ASSERT_TRUE(eventually([&] {
     if (!program.running()) return true;
@@ -121,20 +129,55 @@ void Desk::start() {
   ASSERT_TRUE(program.running());
 }
 
+void Desk::start_in_tray() {
+  launch();
+  open_tray_menu();
+}
+
+namespace {
+
+constexpr int tray_top = 740;  // pixels: the tray stands in the lower left corner
+constexpr int tray_width = 400;
+constexpr std::uint32_t icon_ground = 0x8FF58F;
+constexpr std::uint32_t icon_cross = 0xE01010;
+
+}  // namespace
+
+void Desk::open_tray_menu() {
+  std::vector<std::uint32_t> pixels;
+  auto icon = pixels.end();
+  ASSERT_TRUE(eventually([&] {
+    pixels = user.pixels(0, tray_top, tray_width, 800 - tray_top);
+    icon = std::find(pixels.begin(), pixels.end(), icon_ground);
+    return icon != pixels.end();
+  })) << "no icon";
+  const int at = static_cast<int>(icon - pixels.begin());
+  const int x = at % tray_width;
+  const int y = tray_top + at / tray_width;
+  // A window that is on the screen, as at the start, keeps the menu shut.
+  int moves = 0;
+  ASSERT_TRUE(eventually([&] {
+    if (screen.grabs() == 0) user.move_to(x + ++moves % 2, y);
+    return screen.popups() > 0 && screen.grabs() == 2;
+  })) << "no menu";
+}
+
+bool Desk::tray_shows(bool on) {
+  const auto pixels = user.pixels(0, tray_top, tray_width, 800 - tray_top);
+  const auto ground = std::count(pixels.begin(), pixels.end(), icon_ground);
+  const auto cross = std::count(pixels.begin(), pixels.end(), icon_cross);
+  return ground > 20 && (on ? cross == 0 : cross > 20);
+}
+
 std::vector<std::uint32_t> Desk::look(int left, int top, int width, int height) {
   return user.pixels(window_left + left / 15, window_top + top / 15, width / 15, height / 15);
 }
 
-test_support::Process Desk::edit(const std::string& file) {
+stage::Process Desk::edit(const std::string& file) {
   std::ofstream(path(file)).flush();
-  test_support::Process editor({"featherpad", "--standalone", path(file)}, environment());
-  Watcher screen(server);
-  EXPECT_TRUE(eventually([&] {
-    for (const std::string& title : screen.managed()) {
-      if (title.find(file) != std::string::npos) return true;
-    }
-    return false;
-  })) << "the editor does not open";
+  auto variables = environment();
+  variables.emplace_back("DBUS_SESSION_BUS_ADDRESS=disabled:");  // it would leave one behind
+  stage::Process editor({"featherpad", "--standalone", path(file)}, variables);
   EXPECT_TRUE(eventually([&] { return screen.active().find(file) != std::string::npos; }))
       << "the editor does not get the keyboard";
   return editor;
@@ -171,16 +214,21 @@ void Desk::drag(const Path& corners) {
   user.release(3);
 }
 
-void Desk::draw_now(const Path& corners) {
+std::int64_t Desk::draw_now(const Path& corners) {
   user.draw(3, along(corners));
-  last_stroke_ms_ = now_ms();
+  const std::int64_t now = now_ms();
+  return now - std::exchange(last_stroke_ms_, now);
 }
 
 void Desk::draw(const Path& corners) {
   constexpr int gate_ms = 750;  // reports up to 700 ms apart are not recognised; the report comes within the rest
-  // The pointer over the bare window takes the last verdict off the information line.
-  for (int twips = 3600; twips <= 3800; twips += 15) user.move_to(window_left + 1330 / 15, window_top + twips / 15);
-  EXPECT_TRUE(eventually([&] { return !informs(); }));
+  // The pointer over the bare window takes the last verdict off the information line. It goes on until it is off: of
+  // moves that come at once the toolkit tells the last, and not even that where it has seen the pointer before.
+  int steps = 0;
+  EXPECT_TRUE(eventually([&] {
+    user.move_to(window_left + 1330 / 15, window_top + 3600 / 15 + ++steps % 14);
+    return !informs();
+  }));
   eventually([&] { return now_ms() - last_stroke_ms_ > gate_ms; });
   draw_now(corners);
 }
@@ -196,7 +244,51 @@ void Desk::screenshot(const std::string& name) const {
   const std::string folder = std::string(PROGRAM_FOLDER) + "/screenshots";
   std::filesystem::create_directories(folder);
   const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-  test_support::Process({"import", "-display", server.display(), "-window", "root",
-                         folder + "/" + (test != nullptr ? test->name() : "test") + "-" + name + ".png"})
+  stage::Process({"import", "-display", server.display(), "-window", "root",
+                  folder + "/" + (test != nullptr ? test->name() : "test") + "-" + name + ".png"})
       .wait();
+}
+
+void Desk::hover(int left, int top) {
+  user.move_to(window_left + left / 15, window_top + top / 15);
+}
+
+void Desk::click(int left, int top, int times) {
+  hover(left, top);
+  for (int n = 0; n < times; ++n) user.click(1);
+}
+
+void Desk::write(std::string_view latin1) {
+  constexpr std::string_view shifted = "#~";
+  for (const char c : latin1) {
+    const bool shift = shifted.find(c) != std::string_view::npos;
+    if (shift) user.key_down(XK_Shift_L);
+    user.type(static_cast<unsigned char>(c));
+    if (shift) user.key_up(XK_Shift_L);
+  }
+}
+
+void Desk::answer(const std::string& title, unsigned long keysym) {
+  EXPECT_TRUE(eventually([&] { return screen.active().rfind(title, 0) == 0; })) << title << ": " << screen.active();
+  user.type(keysym);
+}
+
+bool Desk::open(const std::string& title) {
+  const auto titles = screen.managed();
+  return std::any_of(titles.begin(), titles.end(), [&](const auto& each) { return each.rfind(title, 0) == 0; });
+}
+
+void Desk::expect_end() {
+  EXPECT_EQ(program.wait(), 0);
+  EXPECT_TRUE(eventually([&] { return screen.grabs() == 0; }));
+  EXPECT_TRUE(eventually([&] { return processes().empty(); })) << processes().front();
+}
+
+std::vector<std::string> Desk::processes() const {
+  std::vector<std::string> found;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    if (contents(entry.path() / "environ").find("HOME=" + home_) == std::string::npos) continue;
+    found.push_back(contents(entry.path() / "cmdline"));
+  }
+  return found;
 }

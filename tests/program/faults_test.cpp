@@ -10,8 +10,8 @@
 
 #include "tests/program/desk.h"
 
-using test_support::eventually;
-using test_support::Process;
+using stage::eventually;
+using stage::Process;
 
 namespace {
 

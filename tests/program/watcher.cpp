@@ -37,11 +37,11 @@ std::string title_of(Display* display, Window window) {
 
 }  // namespace
 
-Watcher::Watcher(const test_support::XServer& server) : display_(XOpenDisplay(server.display().c_str())) {
+Watcher::Watcher(const stage::XServer& server) : display_(XOpenDisplay(server.display().c_str())) {
   XSetErrorHandler(ignore_error);  // windows of others vanish while they are looked at
 }
 
-Watcher::Watcher(const test_support::XServer& server, int x, int y, int width, int height) : Watcher(server) {
+Watcher::Watcher(const stage::XServer& server, int x, int y, int width, int height) : Watcher(server) {
   XSetWindowAttributes attributes{};
   attributes.override_redirect = True;
   attributes.background_pixel = BlackPixel(display_, DefaultScreen(display_));  // what has been drawn over it goes
@@ -76,11 +76,16 @@ const std::vector<std::string>& Watcher::events() {
   return events_;
 }
 
+unsigned long Watcher::window(const std::string& title) {
+  for (const unsigned long window : property(display_, DefaultRootWindow(display_), "_NET_CLIENT_LIST")) {
+    if (title_of(display_, window) == title) return window;
+  }
+  return 0;
+}
+
 int Watcher::icon_changes(const std::string& title) {
   if (observed_ == 0) {
-    for (const unsigned long window : property(display_, DefaultRootWindow(display_), "_NET_CLIENT_LIST")) {
-      if (title_of(display_, window) == title) observed_ = window;
-    }
+    observed_ = window(title);
     XSelectInput(display_, observed_, PropertyChangeMask);
   }
   take_events();
@@ -118,4 +123,22 @@ int Watcher::popups() {
   }
   if (children != nullptr) XFree(children);
   return open;
+}
+
+int Watcher::grabs() {
+  const Window root = DefaultRootWindow(display_);
+  const int pointer = XGrabPointer(display_, root, False, 0, GrabModeAsync, GrabModeAsync, None, None, CurrentTime);
+  if (pointer == GrabSuccess) XUngrabPointer(display_, CurrentTime);
+  const int keyboard = XGrabKeyboard(display_, root, False, GrabModeAsync, GrabModeAsync, CurrentTime);
+  if (keyboard == GrabSuccess) XUngrabKeyboard(display_, CurrentTime);
+  XSync(display_, False);
+  return (pointer == GrabSuccess ? 0 : 1) + (keyboard == GrabSuccess ? 0 : 1);
+}
+
+std::pair<int, int> Watcher::place(const std::string& title) {
+  int x = 0;
+  int y = 0;
+  Window child = 0;
+  XTranslateCoordinates(display_, window(title), DefaultRootWindow(display_), 0, 0, &x, &y, &child);
+  return {x, y};
 }

@@ -2,17 +2,18 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "tests/support/xserver.h"
+#include "stage/xserver.h"
 
 struct _XDisplay;
 
 // A bare window of another program that writes down the mouse events it gets.
 class Watcher {
  public:
-  explicit Watcher(const test_support::XServer& server);  // without a window: it only looks
-  Watcher(const test_support::XServer& server, int x, int y, int width, int height);
+  explicit Watcher(const stage::XServer& server);  // without a window: it only looks
+  Watcher(const stage::XServer& server, int x, int y, int width, int height);
   ~Watcher();
   Watcher(const Watcher&) = delete;
   Watcher& operator=(const Watcher&) = delete;
@@ -27,9 +28,14 @@ class Watcher {
   std::string active();
   // Windows on the screen that no window manager manages, such as open menus.
   int popups();
+  // How many of the two, pointer and keyboard, somebody keeps to himself.
+  int grabs();
+  // Where the window with this title is on the screen.
+  std::pair<int, int> place(const std::string& title);
 
  private:
   void take_events();
+  unsigned long window(const std::string& title);
 
   _XDisplay* display_;
   unsigned long window_ = 0;

@@ -1,0 +1,372 @@
+// The hook library under random use and random deaths on private X servers: what becomes of each press, how soon the
+// right button is back, what is lost of fast motion, and what it all costs. Faults are printed with what repeats them;
+// any of them makes the exit status 1.
+// usage: hook_reliability [presses [deaths [seed [manager...]]]], by default 300, 40, 1 and all three managers
+#include <X11/Xlib.h>
+#include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "hooklib/recording.h"
+#include "stage/xserver.h"
+#include "tests/hooklib/host.h"
+
+namespace {
+
+using hook_test::DisplayHandle;
+using hook_test::Path;
+using stage::eventually;
+using stage::Process;
+using Clock = std::chrono::steady_clock;
+using Lines = std::vector<std::string>;
+
+constexpr int start_ms = 20000;
+constexpr double recovery_limit_ms = 1000;
+constexpr double trail_ratio_limit = 1.5;
+constexpr long growth_limit_kb = 1024;
+
+// The program under the hook: prints "ready", then each report as "direction key". Told "inject" it presses Shift and
+// says "pressed".
+int be_host() {
+  hook_test::Host host(true);
+  host.init();
+  const DisplayHandle display(XOpenDisplay(nullptr));
+  std::puts("ready");
+  std::array<pollfd, 2> waits{{{host.descriptor(), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}}};
+  for (std::string line; line != "end";) {
+    for (const auto& [direction, key] : host.reports()) std::printf("%ld %ld\n", direction, key);
+    std::fflush(stdout);
+    host.forget();
+    poll(waits.data(), waits.size(), -1);
+    if (waits[1].revents == 0) continue;
+    if (!std::getline(std::cin, line)) break;
+    if (line != "inject") continue;
+    XTestFakeKeyEvent(display.get(), XKeysymToKeycode(display.get(), XK_Shift_L), True, CurrentTime);
+    XSync(display.get(), False);
+    std::puts("pressed");
+  }
+  host.exports().EndHook();
+  return 0;
+}
+
+// A number from /proc/PID/status.
+long status_of(pid_t pid, const std::string& name) {
+  std::ifstream file("/proc/" + std::to_string(pid) + "/status");
+  for (std::string word; file >> word;) {
+    long value = 0;
+    if (word == name + ":" && file >> value) return value;
+  }
+  return 0;
+}
+
+// Processor time of all threads so far.
+double cpu_us(pid_t pid) {
+  double total = 0;
+  for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/task")) {
+    double ns = 0;
+    std::ifstream(thread.path() / "schedstat") >> ns;
+    total += ns / 1000;
+  }
+  return total;
+}
+
+double milliseconds_since(Clock::time_point start) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+class Trial {
+ public:
+  Trial(const std::string& manager, unsigned seed) : manager_name_(manager), seed_(seed), random_(seed) {
+    server_.make_current();
+    manager_ = stage::start_window_manager(server_, manager);
+    if (!manager_.running()) throw std::runtime_error(manager + " does not start");
+    start_host();
+  }
+
+  void presses(int count);
+  void deaths(int count);
+  void long_stroke();
+  void idle();
+  int faults() const { return faults_; }
+
+ private:
+  enum Kind { gesture, click, control_drag, control_late, escape, left_click, kinds };
+
+  void start_host() {
+    host_ = Process({"/proc/self/exe", "host"}, {server_.environment()}, true);
+    if (host_.read_line(start_ms) != "ready") throw std::runtime_error("the host does not start");
+  }
+  int pick(int low, int high) { return std::uniform_int_distribution(low, high)(random_); }
+  void move_about(int least, int most) {
+    for (int i = pick(least, most); i > 0; --i) user_.move_to(pick(250, 950), pick(200, 600));
+  }
+  void fault(const std::string& what, int number) {
+    ++faults_;
+    std::printf("FAULT: %s, at number %d; again: hook_reliability with seed %u under %s\n", what.c_str(), number, seed_,
+                manager_name_.c_str());
+  }
+  void act(Kind kind);
+  int strokes_until_control();
+  bool fence();
+  bool nothing_is_down();
+  bool can_grab();
+  bool recover(Clock::time_point start);
+
+  std::string manager_name_;
+  unsigned seed_;
+  std::mt19937 random_;
+  stage::XServer server_;
+  Process manager_;
+  stage::User user_{server_};
+  hook_test::Target target_{server_.display()};
+  Process host_;
+  int faults_ = 0;
+  bool shift_ = false;
+};
+
+// Until what the user did has reached whom it was for.
+bool Trial::fence() {
+  shift_ = !shift_;
+  const int x = shift_ ? 980 : 990;
+  user_.move_to(x, 690);
+  const std::string mark = "motion at " + std::to_string(x) + ",690";
+  return eventually([&] {
+    const Lines all = target_.events(true);
+    return !all.empty() && all.back() == mark;
+  });
+}
+
+// Ctrl, reported after it, tells that no more is to come.
+int Trial::strokes_until_control() {
+  int strokes = 0;
+  for (std::string line = host_.read_line(); line != "1 17"; line = host_.read_line()) {
+    if (line.empty()) return -1;
+    strokes += line == "0 67" ? 1 : 0;
+  }
+  return strokes;
+}
+
+void Trial::act(Kind kind) {
+  const int x = pick(300, 900);
+  const int y = pick(250, 550);
+  if (kind == click || kind == control_drag) {
+    user_.move_to(x, y);
+    if (kind == control_drag) user_.key_down(XK_Control_L);
+    user_.press(3);
+    if (kind == click) user_.move_to(x + pick(-6, 6), y + pick(-6, 6));
+    if (kind == control_drag) move_about(2, 20);
+    user_.release(3);
+    if (kind == control_drag) user_.key_up(XK_Control_L);
+    return;
+  }
+  user_.begin_stroke(3, x, y);
+  user_.move_to(x + 50, y + 30);
+  move_about(1, 20);
+  if (kind == control_late) user_.key_down(XK_Control_L);
+  if (kind == escape) user_.type(XK_Escape);
+  if (kind == left_click) user_.click(1);
+  if (kind != gesture) move_about(0, 5);
+  user_.release(3);
+  if (kind == control_late) user_.key_up(XK_Control_L);
+}
+
+void Trial::presses(int count) {
+  std::array<int, kinds> made{};
+  int reported = 0, clicked = 0, handed = 0, cancelled = 0;
+  long memory = 0;
+  for (int number = 1; number <= count; ++number) {
+    if (number == std::min(count, 50)) memory = status_of(host_.pid(), "VmRSS");
+    target_.forget();
+    const Kind kind = static_cast<Kind>(pick(0, kinds - 1));
+    ++made[kind];
+    act(kind);
+    const bool free = fence();
+    // The drags end with a report of their own Ctrl key.
+    const int before = kind == control_drag || kind == control_late ? strokes_until_control() : 0;
+    user_.type(XK_Control_L);
+    const int strokes = before + strokes_until_control();
+    Lines got = target_.events();
+    const bool whole = got.size() == 2 && got[0].starts_with("press 3") && got[1].starts_with("release 3");
+    const bool none = got.empty();
+    reported += strokes == 1 && none;
+    clicked += whole && strokes == 0 && kind == click;
+    handed += whole && strokes == 0 && (kind == control_drag || kind == control_late);
+    cancelled += none && strokes == 0;
+    const bool right = kind == gesture                        ? strokes == 1 && none
+                       : kind == escape || kind == left_click ? strokes == 0 && none
+                                                              : strokes == 0 && whole;
+    if (!free || !right) {
+      fault("a press of kind " + std::to_string(kind) + " gave " + std::to_string(strokes) + " reports and " +
+                std::to_string(got.size()) + " events" + (free ? "" : ", and the pointer is frozen"),
+            number);
+      if (!free) return;
+    }
+  }
+  const long growth = status_of(host_.pid(), "VmRSS") - memory;
+  if (reported + clicked + handed + cancelled != count) fault("presses are not accounted for", count);
+  if (growth >= growth_limit_kb) fault("memory grows", count);
+  std::printf(
+      "%s: %d pressed = %d reported + %d clicked + %d handed over + %d cancelled; resident %ld kB, grown by %ld kB\n",
+      manager_name_.c_str(), count, reported, clicked, handed, cancelled, memory, growth);
+}
+
+bool Trial::nothing_is_down() {
+  std::array<char, 32> keys{};
+  XQueryKeymap(target_.display(), keys.data());
+  Window window = 0;
+  int place = 0;
+  unsigned state = 0;
+  XQueryPointer(target_.display(), DefaultRootWindow(target_.display()), &window, &window, &place, &place, &place,
+                &place, &state);
+  constexpr unsigned buttons = Button1Mask | Button2Mask | Button3Mask;
+  return std::all_of(keys.begin(), keys.end(), [](char bits) { return bits == 0; }) && (state & buttons) == 0;
+}
+
+bool Trial::can_grab() {
+  Display* const display = target_.display();
+  const bool granted = XGrabPointer(display, DefaultRootWindow(display), False, ButtonPressMask, GrabModeAsync,
+                                    GrabModeAsync, 0, 0, CurrentTime) == GrabSuccess;
+  if (granted) XUngrabPointer(display, CurrentTime);
+  XSync(display, False);
+  return granted;
+}
+
+bool Trial::recover(Clock::time_point start) {
+  const auto left = [&] { return static_cast<int>(std::max(0.0, 5 * recovery_limit_ms - milliseconds_since(start))); };
+  if (!eventually([&] { return nothing_is_down() && can_grab() && !hook_test::button_is_taken(target_.display()); },
+                  left())) {
+    return false;
+  }
+  user_.move_to(610, 300);
+  target_.forget();
+  user_.click(3);
+  return eventually([&] { return target_.events() == Lines{"press 3 at 610,300", "release 3 at 610,300"}; }, left());
+}
+
+void Trial::deaths(int count) {
+  std::vector<double> times;
+  for (int number = 1; number <= count; ++number) {
+    const bool kill = pick(0, 1) == 0;
+    if (pick(0, 1) == 0) {
+      host_.write_line("inject");
+      if (host_.read_line() != "pressed") fault("the host does not answer", number);
+    }
+    user_.begin_stroke(3, pick(300, 900), pick(250, 550));
+    move_about(0, 30);
+    const bool at_release = pick(0, 3) == 0;
+    if (at_release) user_.release(3);
+    // Anywhere in what the hook does then.
+    std::this_thread::sleep_for(std::chrono::microseconds(pick(0, 2000)));
+    const auto start = Clock::now();
+    host_.signal(kill ? SIGKILL : SIGSTOP);
+    if (!at_release) user_.release(3);
+    const bool back = recover(start);
+    times.push_back(milliseconds_since(start));
+    if (!back || times.back() > recovery_limit_ms) fault(kill ? "killed" : "stopped", number);
+    host_.signal(SIGCONT);
+    if (kill) {
+      host_.wait();
+      start_host();
+    }
+    if (!eventually([&] { return hook_test::button_is_taken(target_.display()); })) fault("drawing is over", number);
+    // Reports from before the death, if any, are of no interest.
+    user_.type(XK_Control_L);
+    if (strokes_until_control() < 0) fault("no reports any more", number);
+  }
+  std::sort(times.begin(), times.end());
+  std::printf("%d times killed or stopped in mid-stroke: all free after %.0f ms (median), %.0f ms (at most)\n", count,
+              times[times.size() / 2], times.back());
+}
+
+void Trial::long_stroke() {
+  constexpr int points = 10000;
+  constexpr int window = 1000;
+  constexpr int first = 100;
+  constexpr auto apart = std::chrono::milliseconds(1);
+  auto display = hooklib::open_display();
+  if (!display) return fault("no display", 0);
+  user_.begin_stroke(3, 600, 400);
+  hooklib::Recording recording(*display);
+  hooklib::sync(display->control.get());
+  recording.begin();
+  int seen = 0;
+  const auto count = [&](const hooklib::Sample&, hooklib::Recording::Kind) { ++seen; };
+  std::array<double, 4> marks{};
+  auto next = Clock::now();
+  for (int i = 0; i < points; ++i) {
+    const auto mark = std::array{first, first + window, points - window, points - 1};
+    const auto at = std::find(mark.begin(), mark.end(), i);
+    if (at != mark.end()) {
+      marks[static_cast<std::size_t>(at - mark.begin())] = cpu_us(server_.process().pid()) + cpu_us(host_.pid());
+    }
+    // Never twice the same place, which would be no motion; about four pixels each.
+    const double turn = i * 0.013;
+    user_.move_to(600 + static_cast<int>(300 * std::cos(turn)) + i % 2,
+                  400 + static_cast<int>(200 * std::sin(1.7 * turn)));
+    hooklib::sync(display->control.get());
+    recording.take(count);
+    std::this_thread::sleep_until(next += apart);
+  }
+  recording.end();
+  eventually([&] { return hooklib::sync(display->control.get()), recording.take(count), recording.finished(); });
+  user_.release(3);
+  const std::string line = host_.read_line();
+  if (line != "0 67") fault("the long stroke gave '" + line + "'", 0);
+  const double early = (marks[1] - marks[0]) / window;
+  const double late = (marks[3] - marks[2]) / (window - 1);
+  if (seen != points) fault("events lost", points - seen);
+  if (late > trail_ratio_limit * early) fault("the trail grows dear", points);
+  std::printf("%d motions in %d s: %d lost; server and hook %.0f us each from the %dth on, %.0f us up to the %dth\n",
+              points, points / 1000, points - seen, early, first, late, points);
+}
+
+void Trial::idle() {
+  constexpr auto span = std::chrono::seconds(2);
+  const double before = cpu_us(host_.pid());
+  std::this_thread::sleep_for(span);
+  std::printf("just after use, with nothing to do: %.3f %% of a processor\n",
+              (cpu_us(host_.pid()) - before) / std::chrono::duration<double, std::micro>(span).count() * 100);
+}
+
+}  // namespace
+
+// What is thrown ends the run, as it should.
+int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
+  const std::vector<std::string> words(arguments + 1, arguments + count);
+  if (words == std::vector<std::string>{"host"}) return be_host();
+  const auto number = [&](std::size_t at, int standard) { return words.size() > at ? std::stoi(words[at]) : standard; };
+  std::vector<std::string> managers(words.begin() + std::min<std::ptrdiff_t>(3, std::ssize(words)), words.end());
+  if (managers.empty()) managers = {"openbox", "xfwm4", "metacity"};
+  const int presses = number(0, 300);
+  const auto seed = static_cast<unsigned>(number(2, 1));
+  int faults = 0;
+  for (const std::string& manager : managers) {
+    Trial trial(manager, seed);
+    trial.presses(presses / static_cast<int>(managers.size()));
+    if (manager == managers.front()) {
+      trial.idle();
+      trial.long_stroke();
+      trial.deaths(number(1, 40));
+    }
+    faults += trial.faults();
+  }
+  std::printf("%d faults\n", faults);
+  return faults == 0 ? 0 : 1;
+}

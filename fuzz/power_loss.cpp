@@ -1,0 +1,131 @@
+// Saves, hands and power cuts by chance on a disk that keeps only what was synced: what is there after a power cut is
+// whole, and no older than the last save that said it was done.
+//
+// usage: power_loss [SEEDS [FIRST-SEED]]     1,000 seeds from 1 on
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "desktop/profile.h"
+#include "simulation/disk_in_memory.h"
+
+namespace {
+
+constexpr const char* name = "Strokemind.AI";
+constexpr const char* folder = "/home/.config/strokemind";
+const std::string file = std::string(folder) + "/" + name;
+constexpr int turns = 6;
+
+class Life {
+ public:
+  explicit Life(unsigned int seed) : chances_(seed) {
+    disk_.mkdir("/home");
+    disk_.fsync(disk_.open("/", platform::Opening::folder));
+    begin();
+  }
+
+  void turn() {
+    if (upto(3) == 0 && disk_.file(file)) hand();
+    save();
+    if (disk_.off() || upto(1) == 0) {
+      disk_.lose_power(chances_);
+      ++losses;
+      begin();
+    }
+    disk_.calls_left = simulation::DiskInMemory::never;
+    look_for_hands();
+  }
+
+  int losses = 0;
+  std::string broken;  // the first promise that was, empty for none
+
+ private:
+  std::size_t upto(std::size_t most) { return std::uniform_int_distribution<std::size_t>(0, most)(chances_); }
+  void expect(bool kept, const char* promise) {
+    if (!kept && broken.empty()) broken = promise;
+  }
+
+  void save() {
+    const std::size_t length = upto(200);
+    const std::string value(length, static_cast<char>('a' + upto(25)));
+    const std::string key = std::to_string(++saves_);
+    service_->WritePrivateProfileStringA("A", key, value, name);
+    known_ += (known_.empty() ? "[A]\r\n" : "") + key + "=" + value + "\r\n";
+    // A save makes fewer than 45 calls, so that some are cut off and some are not.
+    if (upto(2) != 0) disk_.calls_left = upto(45);
+    const bool saved = service_->flush(name);
+    if (disk_.off()) {
+      possible_.emplace_back(known_);
+      return;
+    }
+    expect(saved, "a save without a fault succeeds");
+    possible_ = {known_};
+    for (const std::string& left : disk_.names(folder)) expect(left.front() != '.', "a save leaves nothing behind");
+  }
+
+  // Another process comes up and takes in what is there.
+  void begin() {
+    const std::optional<std::string> found = disk_.file(file);
+    expect(std::find(possible_.begin(), possible_.end(), found) != possible_.end(),
+           "the file is the last one or later");
+    possible_ = {found};
+    known_ = found.value_or("");
+    std::erase(by_hand_, known_);  // taken in now
+    profile_.emplace(folder, disk_);
+    service_.emplace(*profile_);
+    expect(service_->Dir(name) == found.has_value(), "what is there is found");
+  }
+
+  void hand() {
+    std::erase(by_hand_, *disk_.file(file));
+    by_hand_.push_back("[A]\r\nby_hand=" + std::to_string(saves_) + "\r\n");
+    disk_.put(file, by_hand_.back());
+    possible_ = {by_hand_.back()};
+  }
+
+  void look_for_hands() {
+    std::vector<std::string> kept;
+    for (const std::string& entry : disk_.names(folder)) {
+      if (entry.front() != '.') kept.push_back(*disk_.file(std::string(folder) + "/" + entry));
+    }
+    for (const std::string& bytes : by_hand_) {
+      expect(std::find(kept.begin(), kept.end(), bytes) != kept.end(), "what a hand has written is kept");
+    }
+  }
+
+  std::mt19937 chances_;
+  simulation::DiskInMemory disk_;
+  std::optional<desktop::ProfileFolder> profile_;
+  std::optional<platform::ProfileService> service_;
+  int saves_ = 0;
+  std::string known_;                                                  // what the service holds
+  std::vector<std::optional<std::string>> possible_ = {std::nullopt};  // what the disk may hold after a power cut
+  std::vector<std::string> by_hand_;                                   // what no process has taken in
+};
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  const auto number = [&](int n, unsigned long otherwise) {
+    return count > n ? std::strtoul(arguments[n], nullptr, 10) : otherwise;
+  };
+  const unsigned long seeds = number(1, 1000);
+  const unsigned long first = number(2, 1);
+  long losses = 0;
+  for (unsigned long seed = first; seed < first + seeds; ++seed) {
+    Life life(static_cast<unsigned int>(seed));
+    for (int turn = 0; turn < turns; ++turn) {
+      life.turn();
+      if (life.broken.empty()) continue;
+      std::printf("broken in turn %d of seed %lu: %s\n", turn, seed, life.broken.c_str());
+      return 1;
+    }
+    losses += life.losses;
+  }
+  std::printf("power losses: %ld with %lu seeds, nothing lost\n", losses, seeds);
+  return 0;
+}

@@ -1,0 +1,88 @@
+// The whole program under a user of chance: many short lives, each from a seed, until the time or the events are used
+// up.
+//
+// usage: simulation_run [--seconds N | --events N] [--first-seed S]     20 seconds from seed 1 on
+//        simulation_run --seed S                                        one life, with a trace of all that was done
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <string_view>
+
+#include "fuzz/user.h"
+
+namespace {
+
+constexpr long events_of_a_life = 2000;
+constexpr unsigned int seconds_of_a_life = 120;  // more is a handler that never yields
+
+volatile std::sig_atomic_t present_seed = 0;
+
+extern "C" void too_long(int /*signal*/) {
+  std::fprintf(stderr, "seed %ld hangs\n", static_cast<long>(present_seed));
+  std::abort();
+}
+
+struct Orders {
+  long seconds = 20;
+  long events = std::numeric_limits<long>::max();
+  long first_seed = 1;
+  bool trace = false;
+};
+
+Orders orders_of(int count, char** arguments) {
+  Orders orders;
+  for (int n = 1; n + 1 < count; n += 2) {
+    const std::string_view option = arguments[n];
+    const long value = std::strtol(arguments[n + 1], nullptr, 10);
+    if (option == "--seconds") {
+      orders.seconds = value;
+    } else if (option == "--events") {
+      orders.events = value;
+      orders.seconds = std::numeric_limits<int>::max();
+    } else if (option == "--first-seed") {
+      orders.first_seed = value;
+    } else if (option == "--seed") {
+      orders.first_seed = value;
+      orders.events = 1;
+      orders.trace = true;
+    } else {
+      std::fprintf(stderr, "simulation_run: unknown option %s\n", arguments[n]);
+      std::exit(2);
+    }
+  }
+  return orders;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  const Orders orders = orders_of(count, arguments);
+  std::signal(SIGALRM, too_long);
+  const auto start = std::chrono::steady_clock::now();
+  const auto seconds = [&] { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(); };
+  long events = 0;
+  long back = 0;
+  long lost = 0;
+  long seed = orders.first_seed;
+  for (; events < orders.events && seconds() < static_cast<double>(orders.seconds); ++seed) {
+    present_seed = static_cast<int>(seed);
+    ::alarm(seconds_of_a_life);
+    try {
+      User user(static_cast<std::uint64_t>(seed));
+      user.trace = orders.trace;
+      events += user.live(events_of_a_life);
+      back += user.ledger().back;
+      lost += user.ledger().lost;
+    } catch (const std::exception& broken) {
+      std::printf("seed %ld: broken: %s\nagain: simulation_run --seed %ld\n", seed, broken.what(), seed);
+      return 1;
+    }
+  }
+  std::printf("%ld events in %ld lives, %.0f s: every promise kept\n", events, seed - orders.first_seed, seconds());
+  std::printf("when the list was rebuilt before a save: %ld cleared actions back, %ld bound ones gone\n", back, lost);
+  return 0;
+}

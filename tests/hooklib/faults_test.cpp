@@ -1,0 +1,232 @@
+// What can go wrong around the hook: its program dies, stands still or hangs, its guard dies, others have the mouse,
+// mice and screens change, switches wear out. The right button is never lost.
+#include <X11/keysym.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <string>
+
+#include "tests/hooklib/fixture.h"
+
+// After the test library, in which words occur that are macros here.
+#include <X11/extensions/XTest.h>
+
+namespace hook_test {
+namespace {
+
+// A host in a process of its own: prints "ready", then each report as "direction key". Told "inject" it presses a key
+// and a button and says "pressed"; told "hang" it does nothing until it is told anything more; told "end" it ends.
+void be_host() {
+  Host host(true);
+  host.init();
+  const DisplayHandle display(XOpenDisplay(nullptr));
+  std::puts("ready");
+  std::array<pollfd, 2> waits{{{host.descriptor(), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}}};
+  for (std::string line; line != "end";) {
+    for (const auto& [direction, key] : host.reports()) std::printf("%ld %ld\n", direction, key);
+    std::fflush(stdout);
+    host.forget();
+    poll(waits.data(), waits.size(), -1);
+    if (waits[1].revents == 0) continue;
+    if (!std::getline(std::cin, line)) break;
+    if (line == "hang") std::getline(std::cin, line);
+    if (line != "inject") continue;
+    XTestFakeKeyEvent(display.get(), XKeysymToKeycode(display.get(), XK_Shift_L), True, CurrentTime);
+    XTestFakeButtonEvent(display.get(), 1, True, CurrentTime);
+    XSync(display.get(), False);
+    std::puts("pressed");
+  }
+  host.exports().EndHook();
+}
+
+TEST_F(HostProcess, SecondInstanceWaitsForTheFirstToGo) {
+  for (const bool killed : {false, true}) {
+    SCOPED_TRACE(killed);
+    stage::Process first = start();
+    stage::Process second = start();
+    draws_for(first);
+    killed ? first.signal(SIGKILL) : first.write_line("end");
+    ASSERT_NE(first.wait(), -1);
+    draws_for(second);  // and not before
+  }
+}
+
+TEST_F(HostProcess, StoppedTheButtonIsTheUsersAndTheHookComesBack) {
+  for (const bool in_mid_stroke : {true, false}) {
+    SCOPED_TRACE(in_mid_stroke);
+    stage::Process host = start();
+    if (in_mid_stroke) begin_drawing();
+    host.signal(SIGSTOP);
+    if (!in_mid_stroke) user->press(3);
+    user->release(3);
+    // The pointer is free again, although nobody let it go.
+    pointer_moves();
+    EXPECT_FALSE(taken());
+    click_is_passed_on();
+    host.signal(SIGCONT);
+    draws_for(host);
+    target->forget();
+  }
+}
+
+TEST_F(HostProcess, NothingStaysPressedByAProgramThatIsDeadOrStopped) {
+  Display* const display = target->display();
+  for (const int signal : {SIGKILL, SIGSTOP}) {
+    stage::Process host = start();
+    user->move_to(1500, 900);
+    host.write_line("inject");
+    ASSERT_EQ(host.read_line(), "pressed");
+    host.signal(signal);
+    EXPECT_TRUE(eventually([&] {
+      std::array<char, 32> keys{};
+      XQueryKeymap(display, keys.data());
+      Window window = None;
+      int place = 0;
+      unsigned buttons = 0;
+      XQueryPointer(display, DefaultRootWindow(display), &window, &window, &place, &place, &place, &place, &buttons);
+      return std::count(keys.begin(), keys.end(), 0) == 32 && buttons == 0;
+    }));
+  }
+}
+
+TEST_F(HostProcess, HungTheButtonIsTheUsersUntilTheProgramAnswers) {
+  stage::Process host = start();
+  draws_for(host);
+  for (const bool in_mid_stroke : {false, true}) {
+    target->forget();
+    host.write_line("hang");
+    if (in_mid_stroke) begin_drawing();
+    EXPECT_TRUE(eventually([&] { return user->type(XK_Shift_L), !taken(); }));
+    user->release(3);
+    if (in_mid_stroke) gets({"press 3 at 400,300", "release 3 at 600,450"});
+    drag_is_passed_on();
+    host.write_line("go on");
+    draws_for(host);
+  }
+}
+
+// The guard of the hook that works on this display; 0 if there is none.
+pid_t guard_on(const std::string& display) {
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::string name;
+    std::ifstream(entry.path() / "comm") >> name;
+    if (name != "strokemind-guar") continue;
+    std::ifstream file(entry.path() / "environ");
+    const std::string variables(std::istreambuf_iterator<char>(file), {});
+    if (variables.find("DISPLAY=" + display + '\0') != std::string::npos) return std::stoi(entry.path().filename());
+  }
+  return 0;
+}
+
+TEST_F(HostProcess, GuardThatDiesIsReplaced) {
+  stage::Process host = start();
+  const auto guard = [&] { return guard_on(server.display()); };
+  const pid_t first = guard();
+  ASSERT_GT(first, 0);
+  kill(first, SIGKILL);
+  ASSERT_TRUE(eventually([&] { return user->type(XK_Shift_L), guard() != 0 && guard() != first; }));
+  begin_drawing();
+  host.signal(SIGSTOP);
+  user->release(3);
+  pointer_moves();
+  host.signal(SIGCONT);
+  host.write_line("end");
+  EXPECT_TRUE(eventually([&] { return guard() == 0; }));
+}
+
+TEST_F(Hooked, BouncingSwitchDrawsOneStroke) {
+  begin_drawing();
+  user->bounce(3);
+  user->move_to(620, 450);
+  user->bounce(3);
+  user->bounce(3);
+  user->move_to(640, 450);
+  user->release(3);
+  gets({});
+  reports_just({stroke_report});
+  const Path points = host->fetch();
+  ASSERT_FALSE(points.empty());
+  EXPECT_EQ(points.front(), corner.front());
+  EXPECT_EQ(points.back(), std::pair(640, 450));
+}
+
+TEST_F(Hooked, UnpluggedMouseTakesItsDrawingAlong) {
+  begin_drawing();
+  user->plug_mouse(false);
+  EXPECT_TRUE(eventually([&] { return target->events() == Lines({"press 3 at 400,300"}); }));
+  user->plug_mouse(true);
+  // To the server the button of a mouse that went away while others were withheld stays down until it comes up again.
+  user->click(3);
+  EXPECT_TRUE(eventually([&] { return target->events() == Lines({"press 3 at 400,300", "release 3 at 600,450"}); }));
+  click_is_passed_on();
+}
+
+TEST_F(Hooked, StrokeGoesOnAcrossAChangeOfTheScreen) {
+  const auto resize = [&](const char* size) {
+    stage::Process xrandr({"xrandr", "--output", "screen", "--mode", size}, {server.environment()});
+    EXPECT_EQ(xrandr.wait(), 0);
+  };
+  const char* const modes =
+      "xrandr --newmode 1200x800 0 1200 1200 1200 1200 800 800 800 800 && xrandr --addmode screen 1200x800";
+  EXPECT_EQ(stage::Process({"sh", "-c", modes}, {server.environment()}).wait(), 0);
+  resize("1200x800");
+  begin_drawing();
+  resize("1920x1080");
+  user->move_to(1500, 450);
+  user->move_to(1500, 900);
+  EXPECT_TRUE(eventually([&] { return user->pixels(1490, 700, 20, 1)[10] == 0x00ff00; }));
+  resize("1200x800");
+  resize("1920x1080");
+  user->move_to(1700, 900);
+  user->release(3);
+  ASSERT_TRUE(reported({stroke_report}));
+  EXPECT_EQ(host->fetch().back(), std::pair(1700, 900));
+}
+
+TEST_F(Hooked, GrabsOfOthersAreLeftAlone) {
+  const DisplayHandle other(XOpenDisplay(nullptr));
+  const Window root = DefaultRootWindow(other.get());
+  const auto grab = [&] {
+    return XGrabPointer(other.get(), root, False, ButtonPressMask | ButtonReleaseMask, GrabModeAsync, GrabModeAsync,
+                        None, None, CurrentTime);
+  };
+  user->move_to(400, 300);
+  ASSERT_EQ(grab(), GrabSuccess);
+  user->press(3);
+  user->move_to(500, 400);
+  user->release(3);
+  for (const int type : {ButtonPress, ButtonRelease}) {
+    XEvent event;
+    EXPECT_EQ((XNextEvent(other.get(), &event), event.type), type);
+  }
+  XUngrabPointer(other.get(), CurrentTime);
+  XSync(other.get(), False);
+  gets({});
+  // A locker that comes while somebody draws waits as it would for any button that is held.
+  begin_drawing();
+  EXPECT_NE(grab(), GrabSuccess);
+  user->release(3);
+  EXPECT_TRUE(eventually([&] { return grab() == GrabSuccess; }));
+  XUngrabPointer(other.get(), CurrentTime);
+  XSync(other.get(), False);
+  reports_just({stroke_report});
+}
+
+}  // namespace
+}  // namespace hook_test
+
+// What is thrown ends the test program, as it should.
+int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
+  if (count == 2 && std::string(arguments[1]) == "host") return hook_test::be_host(), 0;
+  testing::InitGoogleTest(&count, arguments);
+  return RUN_ALL_TESTS();
+}

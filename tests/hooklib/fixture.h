@@ -1,0 +1,124 @@
+// A desktop with an application on it, and the hook in this process or in one of its own.
+#pragma once
+
+#include <X11/keysym.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include "stage/xserver.h"
+#include "tests/hooklib/host.h"
+
+namespace hook_test {
+
+using stage::eventually;
+using Lines = std::vector<std::string>;
+
+// An L of 200 by 150 pixels well inside the application's window.
+inline const Path corner = {{400, 300}, {400, 350}, {400, 400}, {400, 450}, {450, 450}, {500, 450}, {600, 450}};
+
+class Desktop : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(server.ok());
+    server.make_current();
+    window_manager = stage::start_window_manager(server);
+    ASSERT_TRUE(window_manager.running());
+    user = std::make_unique<stage::User>(server);
+    target = std::make_unique<Target>(server.display());
+  }
+
+  // Presses at the start of the path and goes along it.
+  void begin_drawing(const Path& path = corner) {
+    EXPECT_TRUE(user->begin_stroke(3, path.front().first, path.front().second));
+    for (const auto& [x, y] : path) user->move_to(x, y);
+  }
+  // Until the server withholds nothing any more. Not while a drawing is in progress, and with the pointer at rest: what
+  // the server hands over late has the place of that moment.
+  void pointer_moves() {
+    static int x = 0;
+    x = x == 990 ? 980 : 990;
+    user->move_to(x, 690);
+    const std::string mark = "motion at " + std::to_string(x) + ",690";
+    EXPECT_TRUE(eventually([&] {
+      const auto all = target->events(true);
+      return !all.empty() && all.back() == mark;
+    })) << "the pointer is frozen";
+  }
+  // The application gets just these presses and releases.
+  void gets(const Lines& expected) {
+    EXPECT_TRUE(eventually([&] { return target->events().size() >= expected.size(); }));
+    pointer_moves();
+    EXPECT_EQ(target->events(), expected);
+  }
+  void drag_is_passed_on() {
+    target->forget();
+    user->move_to(400, 300);
+    user->press(3);
+    user->move_to(450, 300);
+    user->move_to(500, 300);
+    user->release(3);
+    gets({"press 3 at 400,300", "release 3 at 500,300"});
+    target->forget();
+  }
+  void click_is_passed_on(int button = 3) {
+    target->forget();
+    user->move_to(610, 300);
+    user->click(button);
+    gets({"press 3 at 610,300", "release 3 at 610,300"});
+    target->forget();
+  }
+  bool taken() { return button_is_taken(target->display()); }
+
+  stage::XServer server;
+  stage::Process window_manager;
+  std::unique_ptr<stage::User> user;
+  std::unique_ptr<Target> target;
+};
+
+// The hook runs in this process.
+class Hooked : public Desktop {
+ protected:
+  void SetUp() override {
+    Desktop::SetUp();
+    if (HasFatalFailure()) return;
+    host = std::make_unique<Host>();
+    host->init();
+  }
+  void TearDown() override {
+    if (host) host->exports().EndHook();
+  }
+
+  bool reported(const std::vector<Report>& expected) {
+    return eventually([&] { return host->reports().size() >= expected.size(); }) && host->reports() == expected;
+  }
+  // Once a drawing is over and Ctrl, used later, has been reported, whatever was to be reported before has.
+  void reports_just(std::vector<Report> expected) {
+    pointer_moves();
+    user->type(XK_Control_L);
+    expected.insert(expected.end(), {control_down, control_up});
+    EXPECT_TRUE(eventually([&] { return !host->reports().empty() && host->reports().back() == control_up; }));
+    EXPECT_EQ(host->reports(), expected);
+    host->forget();
+  }
+
+  std::unique_ptr<Host> host;
+};
+
+// The hook runs in a process of its own, that of be_host() in faults_test.cpp.
+class HostProcess : public Desktop {
+ protected:
+  stage::Process start() {
+    stage::Process process({"/proc/self/exe", "host"}, {server.environment()}, true);
+    EXPECT_EQ(process.read_line(), "ready");
+    return process;
+  }
+  void draws_for(stage::Process& host) {
+    ASSERT_TRUE(eventually([&] { return taken(); }));
+    user->draw(3, corner);
+    EXPECT_EQ(host.read_line(), "0 67");
+  }
+};
+
+}  // namespace hook_test

@@ -1,0 +1,164 @@
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "tests/reliability/store.h"
+
+namespace {
+
+using testing::AnyOf;
+using testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+struct Ground {
+  const char* what;
+  bool there;      // a file is there before
+  bool linked;     // a symbolic link leads to it
+  bool read_only;  // nothing can be changed in its folder
+  bool foreign;    // a hand changes it between the load and the save
+};
+
+constexpr Ground grounds[] = {
+    {"a new file", false, false, false, false},           {"a file", true, false, false, false},
+    {"a symbolic link", true, true, false, false},        {"a read-only folder", true, false, true, false},
+    {"a file changed by hand", true, false, false, true}, {"a linked file changed by hand", true, true, false, true}};
+constexpr const char* by_hand = "; my own notes\r\n";
+constexpr const char* kept_before = "; what an earlier save has set aside\r\n";
+const fs::perms mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
+
+std::string first_table() {
+  simulation::Journal journal;
+  simulation::ProfileFiles files(journal);
+  Store store(files);
+  store.fill(3, 32);
+  store.save("T:vieux");
+  return files.files[profile_name];
+}
+
+std::string with_action(std::string file, const std::string& action) {
+  return file.replace(file.find("T:vieux"), std::strlen("T:vieux"), action);
+}
+
+// One save on a ground of its own, with a fault or without.
+class Try {
+ public:
+  Try(const Ground& ground, const std::optional<simulation::Fault>& fault) : ground_(ground), first_(first_table()) {
+    const fs::path target = ground.linked ? root_.path / "elsewhere" / "mine.ini" : file_;
+    fs::create_directories(target.parent_path());
+    if (ground.there) {
+      if (ground.linked) fs::create_directories(folder_);
+      write(target, first_);
+      fs::permissions(target, mode);
+      if (ground.linked) fs::create_symlink("../../elsewhere/mine.ini", file_);
+    } else {
+      fs::remove_all(folder_.parent_path());
+    }
+    store_.emplace(profile_);
+    if (!ground.there) store_->fill(3, 32);
+    if (ground.foreign) write(folder_ / "Strokemind.AI.ancien", kept_before);
+    if (ground.foreign) write(file_, by_hand);
+    before_ = bytes_of(file_);
+    if (ground.read_only) files_.read_only = folder_;
+    files_.calls.clear();
+    files_.fault = fault;
+    const Mod_dessin::Table whole = changed("T:neuf");
+    saved_ = store_->save("T:neuf");
+    calls_ = files_.calls;
+    EXPECT_EQ(store_->table, whole);
+  }
+
+  // What must hold whatever failed, now and after a save to which nothing happens.
+  void check() {
+    const std::string after = bytes_of(file_);
+    EXPECT_THAT(after, AnyOf(before_, with_action(first_, "T:neuf")));
+    EXPECT_TRUE(!saved_ || after != before_);
+    EXPECT_TRUE(foreign_kept());
+    files_.fault.reset();
+    files_.read_only.clear();
+    EXPECT_TRUE(store_->save("T:encore"));
+    EXPECT_EQ(bytes_of(file_), with_action(first_, "T:encore"));
+    EXPECT_EQ(Store(profile_).table.patrons[0].Action, "T:encore");
+    EXPECT_TRUE(foreign_kept());
+    EXPECT_THAT(files_of(folder_, "."), IsEmpty());
+    if (ground_.linked) {
+      EXPECT_TRUE(fs::is_symlink(file_));
+      EXPECT_THAT(files_of(root_.path / "elsewhere", "."), IsEmpty());
+    }
+    EXPECT_EQ(fs::status(file_).permissions(), ground_.there ? mode : fs::perms::owner_read | fs::perms::owner_write);
+  }
+
+  bool saved() const { return saved_; }
+  const std::vector<std::string_view>& calls() const { return calls_; }
+
+ private:
+  bool foreign_kept() const {
+    if (!ground_.foreign) return true;
+    const std::vector<std::string> kept = files_of(folder_, profile_name);
+    const auto holds = [&](const char* bytes) { return std::find(kept.begin(), kept.end(), bytes) != kept.end(); };
+    return holds(by_hand) && holds(kept_before);
+  }
+  Mod_dessin::Table changed(const std::string& action) const {
+    Mod_dessin::Table table = store_->table;
+    table.patrons[0].Action = action;
+    return table;
+  }
+
+  const Ground& ground_;
+  const std::string first_;
+  Folder root_;
+  fs::path folder_ = root_.path / "config" / "strokemind";
+  fs::path file_ = folder_ / profile_name;
+  Unsynced system_;
+  simulation::FaultyFiles files_{system_};
+  desktop::ProfileFolder profile_{folder_, files_};
+  std::optional<Store> store_;
+  std::string before_;
+  bool saved_ = false;
+  std::vector<std::string_view> calls_;
+};
+
+// Each call of a save fails in each of its ways, once and for good.
+TEST(Faults, EachCallOfASaveMayFail) {
+  int cases = 0;
+  for (const Ground& ground : grounds) {
+    Try plain(ground, std::nullopt);
+    EXPECT_EQ(plain.saved(), !ground.read_only) << ground.what;
+    plain.check();
+    for (std::size_t call = 0; call < plain.calls().size(); ++call) {
+      for (const int error : simulation::errors_of(plain.calls()[call])) {
+        for (const bool lasting : {false, true}) {
+          if (lasting && error == EINTR) continue;  // no signal comes for ever
+          SCOPED_TRACE(std::string(ground.what) + ", call " + std::to_string(call) + " (" +
+                       std::string(plain.calls()[call]) + "): " + std::strerror(error) + (lasting ? ", lasting" : ""));
+          Try attempt(ground, simulation::Fault{call, error, lasting});
+          const bool harmless = error == EINTR || error == 0;
+          EXPECT_TRUE(!harmless || attempt.saved() == plain.saved());
+          attempt.check();
+          ++cases;
+        }
+      }
+    }
+  }
+  std::printf("fault cases: %d\n", cases);
+  EXPECT_GE(cases, 280);
+}
+
+// What stands in the way of a load is no reason to lose it at the next save.
+TEST(Faults, WhatCannotBeReadIsKept) {
+  for (const char* call : {"open", "fstat", "read"}) {
+    Folder root;
+    write(root.path / profile_name, first_table());
+    Unsynced system;
+    simulation::FaultyFiles files(system);
+    desktop::ProfileFolder profile(root.path, files);
+    files.fault = simulation::Fault{call == std::string("open") ? 0U : call == std::string("fstat") ? 1U : 2U, EIO};
+    Store store(profile);
+    ASSERT_EQ(files.calls.at(files.fault->call), call);
+    EXPECT_EQ(store.table.nb_patrons, 0) << call;
+    EXPECT_TRUE(store.save("")) << call;
+    EXPECT_EQ(bytes_of(root.path / "Strokemind.AI.ancien"), first_table()) << call;
+  }
+}
+
+}  // namespace
