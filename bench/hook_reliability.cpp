@@ -1,7 +1,8 @@
 // The hook library under random use and random deaths on private X servers: what becomes of each press, how soon the
 // right button is back, what is lost of fast motion, and what it all costs. Faults are printed with what repeats them;
 // any of them makes the exit status 1.
-// usage: hook_reliability [presses [deaths [seed [manager...]]]], by default 300, 40, 1 and all three managers
+// usage: hook_reliability [presses [deaths [seed [manager...]]]], by default 300, 40, 1 and all three managers; presses
+// alone where there are no deaths
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
@@ -26,12 +27,12 @@
 
 #include "hooklib/recording.h"
 #include "stage/xserver.h"
-#include "tests/hooklib/host.h"
+#include "stage/hook_parties.h"
 
 namespace {
 
-using hook_test::DisplayHandle;
-using hook_test::Path;
+using stage::DisplayHandle;
+using stage::Path;
 using stage::eventually;
 using stage::Process;
 using Clock = std::chrono::steady_clock;
@@ -41,30 +42,6 @@ constexpr int start_ms = 20000;
 constexpr double recovery_limit_ms = 1000;
 constexpr double trail_ratio_limit = 1.5;
 constexpr long growth_limit_kb = 1024;
-
-// The program under the hook: prints "ready", then each report as "direction key". Told "inject" it presses Shift and
-// says "pressed".
-int be_host() {
-  hook_test::Host host(true);
-  host.init();
-  const DisplayHandle display(XOpenDisplay(nullptr));
-  std::puts("ready");
-  std::array<pollfd, 2> waits{{{host.descriptor(), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}}};
-  for (std::string line; line != "end";) {
-    for (const auto& [direction, key] : host.reports()) std::printf("%ld %ld\n", direction, key);
-    std::fflush(stdout);
-    host.forget();
-    poll(waits.data(), waits.size(), -1);
-    if (waits[1].revents == 0) continue;
-    if (!std::getline(std::cin, line)) break;
-    if (line != "inject") continue;
-    XTestFakeKeyEvent(display.get(), XKeysymToKeycode(display.get(), XK_Shift_L), True, CurrentTime);
-    XSync(display.get(), False);
-    std::puts("pressed");
-  }
-  host.exports().EndHook();
-  return 0;
-}
 
 // A number from /proc/PID/status.
 long status_of(pid_t pid, const std::string& name) {
@@ -135,7 +112,7 @@ class Trial {
   stage::XServer server_;
   Process manager_;
   stage::User user_{server_};
-  hook_test::Target target_{server_.display()};
+  stage::Target target_{server_.display()};
   Process host_;
   int faults_ = 0;
   bool shift_ = false;
@@ -250,7 +227,7 @@ bool Trial::can_grab() {
 
 bool Trial::recover(Clock::time_point start) {
   const auto left = [&] { return static_cast<int>(std::max(0.0, 5 * recovery_limit_ms - milliseconds_since(start))); };
-  if (!eventually([&] { return nothing_is_down() && can_grab() && !hook_test::button_is_taken(target_.display()); },
+  if (!eventually([&] { return nothing_is_down() && can_grab() && !stage::button_is_taken(target_.display()); },
                   left())) {
     return false;
   }
@@ -285,7 +262,7 @@ void Trial::deaths(int count) {
       host_.wait();
       start_host();
     }
-    if (!eventually([&] { return hook_test::button_is_taken(target_.display()); })) fault("drawing is over", number);
+    if (!eventually([&] { return stage::button_is_taken(target_.display()); })) fault("drawing is over", number);
     // Reports from before the death, if any, are of no interest.
     user_.type(XK_Control_L);
     if (strokes_until_control() < 0) fault("no reports any more", number);
@@ -350,20 +327,24 @@ void Trial::idle() {
 // What is thrown ends the run, as it should.
 int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
   const std::vector<std::string> words(arguments + 1, arguments + count);
-  if (words == std::vector<std::string>{"host"}) return be_host();
+  if (words == std::vector<std::string>{"host"}) {
+    stage::be_host();
+    return 0;
+  }
   const auto number = [&](std::size_t at, int standard) { return words.size() > at ? std::stoi(words[at]) : standard; };
   std::vector<std::string> managers(words.begin() + std::min<std::ptrdiff_t>(3, std::ssize(words)), words.end());
   if (managers.empty()) managers = {"openbox", "xfwm4", "metacity"};
   const int presses = number(0, 300);
   const auto seed = static_cast<unsigned>(number(2, 1));
+  const int deaths = number(1, 40);
   int faults = 0;
   for (const std::string& manager : managers) {
     Trial trial(manager, seed);
     trial.presses(presses / static_cast<int>(managers.size()));
-    if (manager == managers.front()) {
+    if (manager == managers.front() && deaths > 0) {
       trial.idle();
       trial.long_stroke();
-      trial.deaths(number(1, 40));
+      trial.deaths(deaths);
     }
     faults += trial.faults();
   }

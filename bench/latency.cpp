@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "bench/key_target.h"
-#include "tests/program/desk.h"
+#include "stage/desk.h"
 
 namespace {
 
@@ -25,8 +25,8 @@ double milliseconds(Clock::duration duration) {
 
 int main(int argc, char** argv) {
   const int gestures = argc > 1 ? std::atoi(argv[1]) : 200;
-  const Path corner = {{200, 300}, {200, 500}, {420, 500}};
-  Desk desk(section("COIN", corner, "T:a"));
+  const stage::Path corner = {{200, 300}, {200, 500}, {420, 500}};
+  stage::Desk desk(PROGRAM_FOLDER, stage::section("COIN", corner, "T:a"));
   desk.start();
   if (!desk.program.running()) return 1;
   KeyTarget target(desk.server);
@@ -36,7 +36,7 @@ int main(int argc, char** argv) {
     // Each time: the main window comes up at the start and may be given the keyboard late.
     target.take_keyboard();
     if (!desk.user.begin_stroke(3, corner[0].first, corner[0].second)) return 1;
-    for (const auto& [x, y] : along(corner)) desk.user.move_to(x, y);
+    for (const auto& [x, y] : stage::along(corner)) desk.user.move_to(x, y);
     target.forget();
     const auto start = Clock::now();
     desk.user.release(3);

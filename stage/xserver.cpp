@@ -12,13 +12,10 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "stage/windows.h"
+
 namespace stage {
 namespace {
-
-struct CloseDisplay {
-  void operator()(Display* display) const { XCloseDisplay(display); }
-};
-using DisplayHandle = std::unique_ptr<Display, CloseDisplay>;
 
 // Starts a program that changes the screen, and waits until `done` sees that it has.
 Process start_for(const XServer& server, const std::vector<std::string>& argv,
@@ -31,18 +28,6 @@ Process start_for(const XServer& server, const std::vector<std::string>& argv,
   return {};
 }
 
-bool has_property(Display* display, Window window, const char* name) {
-  Atom type = None;
-  int format = 0;
-  unsigned long count = 0;
-  unsigned long left = 0;
-  unsigned char* value = nullptr;
-  XGetWindowProperty(display, window, XInternAtom(display, name, False), 0, 1, False, AnyPropertyType, &type, &format,
-                     &count, &left, &value);
-  if (value != nullptr) XFree(value);
-  return type != None;
-}
-
 // A window manager announces itself long before it looks at windows; one that answers questions does both. openbox
 // may also sleep over what came in while it started, until something else comes in: hence the question at each look.
 bool has_window_manager(Display* display, Window window) {
@@ -52,7 +37,7 @@ bool has_window_manager(Display* display, Window window) {
   question.xclient.message_type = XInternAtom(display, "_NET_REQUEST_FRAME_EXTENTS", False);
   question.xclient.format = 32;
   XSendEvent(display, DefaultRootWindow(display), False, SubstructureRedirectMask | SubstructureNotifyMask, &question);
-  return has_property(display, window, "_NET_FRAME_EXTENTS");
+  return !property(display, window, "_NET_FRAME_EXTENTS").empty();
 }
 
 bool has_compositor(Display* display) {
@@ -193,7 +178,7 @@ bool User::begin_stroke(int button, int x, int y) {
   });
 }
 
-void User::draw(int button, const std::vector<std::pair<int, int>>& path) {
+void User::draw(int button, const Path& path) {
   begin_stroke(button, path.front().first, path.front().second);
   for (const auto& [x, y] : path) move_to(x, y);
   release(button);

@@ -13,6 +13,9 @@
 
 namespace stage {
 
+// Points on the screen, pixels, as the pointer visits them.
+using Path = std::vector<std::pair<int, int>>;
+
 // Asks `condition` again and again until it holds or the deadline has passed; gives what it said last. The deadline is
 // there to end a test that fails, never to pace one that passes.
 bool eventually(const std::function<bool()>& condition, int deadline_ms = 20000);
@@ -106,7 +109,7 @@ class User {
   // False if no trail appears; the button is down either way.
   bool begin_stroke(int button, int x, int y);
   // Goes along these points with the button held, from a visible start to a release at the last.
-  void draw(int button, const std::vector<std::pair<int, int>>& path);
+  void draw(int button, const Path& path);
 
   // The same as a program would do it, through the XTEST devices.
   void inject_key(unsigned long keysym, bool down);

@@ -22,9 +22,9 @@ class DialogsTest : public FormTest {
   }
   // The box on the screen, 0 while there is none: the active window that is not the form.
   Window box() const {
-    if (active().empty() || active().front() == form.hWnd) return 0;
+    if (active() == form.hWnd) return 0;
     // The last window stays active when it has gone.
-    return std::ranges::count(root_property("_NET_CLIENT_LIST"), active().front()) == 0 ? 0 : active().front();
+    return std::ranges::count(root_property("_NET_CLIENT_LIST"), active()) == 0 ? 0 : active();
   }
   void ask(const std::function<void()>& question, const Act& act) {
     bool answered = false;

@@ -62,24 +62,9 @@ void Stage::show(platform::Form& form) {
   services().windows.Show(form);
   // A window manager goes on placing a window for a while; giving it the keyboard is the last thing it does.
   const bool managed = window_manager.running();
-  const bool done = !managed || until([&] { return active() == std::vector<unsigned long>{form.hWnd}; });
+  const bool done = !managed || until([&] { return active() == form.hWnd; });
   if (!done) throw std::runtime_error("the window does not become active");
   settle(form);
-}
-
-std::vector<unsigned long> Stage::property(Window window, const char* name) const {
-  Atom type = None;
-  int format = 0;
-  unsigned long count = 0, left = 0;
-  unsigned char* value = nullptr;
-  XGetWindowProperty(display, window, atom(name), 0, 64, False, AnyPropertyType, &type, &format, &count, &left, &value);
-  std::vector<unsigned long> result;
-  // The sign has been spread over the upper half of each item.
-  for (unsigned long i = 0; format == 32 && i < count; ++i) {
-    result.push_back(reinterpret_cast<unsigned long*>(value)[i] & 0xFFFFFFFF);
-  }
-  if (value != nullptr) XFree(value);
-  return result;
 }
 
 std::pair<int, int> Stage::place(Window window, int x, int y) const {
@@ -87,12 +72,6 @@ std::pair<int, int> Stage::place(Window window, int x, int y) const {
   std::pair<int, int> result;
   XTranslateCoordinates(display, window, DefaultRootWindow(display), x, y, &result.first, &result.second, &child);
   return result;
-}
-
-std::vector<unsigned long> Stage::active() const {
-  auto active = root_property("_NET_ACTIVE_WINDOW");
-  while (active.size() > 1) active.pop_back();
-  return active;
 }
 
 bool Stage::has_state(Window window, const char* state) const {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "desktop/desktop.h"
+#include "stage/windows.h"
 #include "stage/xserver.h"
 
 // After the controls: it makes macros of names that are members there.
@@ -49,13 +50,12 @@ class Stage {
   void show(platform::Form& form);
 
   // A property of a window as 32-bit items.
-  std::vector<unsigned long> property(Window window, const char* name) const;
-  std::vector<unsigned long> root_property(const char* name) const {
-    return property(DefaultRootWindow(display), name);
+  std::vector<unsigned long> property(Window window, const char* name) const {
+    return stage::property(display, window, name);
   }
+  std::vector<unsigned long> root_property(const char* name) const { return stage::root_property(display, name); }
   bool has_state(Window window, const char* state) const;
-  // What the window manager says is active; some say a second thing about it, which is left out.
-  std::vector<unsigned long> active() const;
+  Window active() const { return stage::active_window(display); }
   // Where a point of a window lies on the screen.
   std::pair<int, int> place(Window window, int x = 0, int y = 0) const;
   // Sends a message of format 32 to a window, or about it to the window manager.

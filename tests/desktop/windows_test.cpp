@@ -121,9 +121,9 @@ TEST_F(WindowsTest, WindowsAreFoundThroughFramesAndWhatLetsThePointerThroughAndC
   user->move_to(x + 10, y + 10);
   EXPECT_TRUE(windows.GetCursorPos().x == x + 10 && windows.GetCursorPos().y == y + 10);
   user->click(1);
-  EXPECT_TRUE(until([&, window = framed] { return active() == Handles{window}; }));
+  EXPECT_TRUE(until([&, window = framed] { return active() == window; }));
   EXPECT_TRUE(windows.SetForegroundWindow(form.hWnd));
-  EXPECT_TRUE(until([&] { return active() == Handles{form.hWnd}; }));
+  EXPECT_TRUE(until([&] { return active() == form.hWnd; }));
   XDestroyWindow(display, framed);
   XSync(display, False);
   EXPECT_EQ(windows.GetParent(framed_child), 0U) << "gone meanwhile";

@@ -91,7 +91,7 @@ class Commands : public testing::TestWithParam<std::string> {
   void raise(const Windows& all) {
     for (const Window window : all) {
       stage.tell_manager(window, "_NET_ACTIVE_WINDOW", {2});
-      EXPECT_TRUE(stage.until([&] { return stage.active() == Windows{window}; }));
+      EXPECT_TRUE(stage.until([&] { return stage.active() == window; }));
     }
   }
   Windows order(const Windows& among, const char* list = "_NET_CLIENT_LIST_STACKING") const {
@@ -119,17 +119,17 @@ class Commands : public testing::TestWithParam<std::string> {
   void command(void (ShellObject::*what)(), const std::vector<unsigned long>& keys = {}) {
     if (what != nullptr) (*stage.services().shell.create_object().*what)();
     if (keys.empty()) return;
-    EXPECT_TRUE(stage.until([&] { return stage.active() > Windows{0} && stage.active() != last; }));
+    EXPECT_TRUE(stage.until([&] { return stage.active() != 0 && stage.active() != last; }));
     last = stage.active();
     for (const unsigned long key : keys) stage.user->type(key);
-    EXPECT_TRUE(stage.until([&] { return stage.property(last.front(), "WM_STATE") != Windows({1, 0}); }));
+    EXPECT_TRUE(stage.until([&] { return stage.property(last, "WM_STATE") != Windows({1, 0}); }));
   }
 
   PrivateBus bus;  // before the stage: a window manager may want it
   Stage stage;
   const Window root = DefaultRootWindow(stage.display);
   Window child = None;  // of the window that was made last
-  Windows last;         // the box that was answered last
+  Window last = 0;      // the box that was answered last
   platform::Windows& windows = stage.services().windows;
 };
 INSTANTIATE_TEST_SUITE_P(Desktop, Commands, testing::Values("openbox", "xfwm4"));
@@ -184,7 +184,7 @@ TEST_P(Commands, WhatWasPutAwayComesBackAsItWas) {
   EXPECT_TRUE(become({first, second, opened}, 2));
   command(&ShellObject::UndoMinimizeALL);
   EXPECT_TRUE(become({first, second, third, opened}, 1) && become({by_user}, 2));
-  EXPECT_TRUE(stage.until([&] { return stage.active() == Windows{second}; }));
+  EXPECT_TRUE(stage.until([&] { return stage.active() == second; }));
   EXPECT_EQ(order({third, first, second}), (Windows{third, first, second}));
 }
 

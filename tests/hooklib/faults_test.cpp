@@ -23,31 +23,6 @@
 namespace hook_test {
 namespace {
 
-// A host in a process of its own: prints "ready", then each report as "direction key". Told "inject" it presses a key
-// and a button and says "pressed"; told "hang" it does nothing until it is told anything more; told "end" it ends.
-void be_host() {
-  Host host(true);
-  host.init();
-  const DisplayHandle display(XOpenDisplay(nullptr));
-  std::puts("ready");
-  std::array<pollfd, 2> waits{{{host.descriptor(), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}}};
-  for (std::string line; line != "end";) {
-    for (const auto& [direction, key] : host.reports()) std::printf("%ld %ld\n", direction, key);
-    std::fflush(stdout);
-    host.forget();
-    poll(waits.data(), waits.size(), -1);
-    if (waits[1].revents == 0) continue;
-    if (!std::getline(std::cin, line)) break;
-    if (line == "hang") std::getline(std::cin, line);
-    if (line != "inject") continue;
-    XTestFakeKeyEvent(display.get(), XKeysymToKeycode(display.get(), XK_Shift_L), True, CurrentTime);
-    XTestFakeButtonEvent(display.get(), 1, True, CurrentTime);
-    XSync(display.get(), False);
-    std::puts("pressed");
-  }
-  host.exports().EndHook();
-}
-
 TEST_F(HostProcess, SecondInstanceWaitsForTheFirstToGo) {
   for (const bool killed : {false, true}) {
     SCOPED_TRACE(killed);
@@ -83,7 +58,7 @@ TEST_F(HostProcess, NothingStaysPressedByAProgramThatIsDeadOrStopped) {
   for (const int signal : {SIGKILL, SIGSTOP}) {
     stage::Process host = start();
     user->move_to(1500, 900);
-    host.write_line("inject");
+    host.write_line("inject all");
     ASSERT_EQ(host.read_line(), "pressed");
     host.signal(signal);
     EXPECT_TRUE(eventually([&] {
@@ -226,7 +201,7 @@ TEST_F(Hooked, GrabsOfOthersAreLeftAlone) {
 
 // What is thrown ends the test program, as it should.
 int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
-  if (count == 2 && std::string(arguments[1]) == "host") return hook_test::be_host(), 0;
+  if (count == 2 && std::string(arguments[1]) == "host") return stage::be_host(), 0;
   testing::InitGoogleTest(&count, arguments);
   return RUN_ALL_TESTS();
 }

@@ -1,14 +1,20 @@
-// The two parties of the hook library's contract as tests need them: a program that loads it, and an application whose
-// window lies under the pointer.
+// The two parties of the hook library's contract as tests and benchmarks need them: a program that loads it, and an
+// application whose window lies under the pointer.
 #pragma once
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
 #include <dlfcn.h>
+#include <poll.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdio>
+#include <iostream>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -16,15 +22,10 @@
 #include <vector>
 
 #include "platform/hook_contract.h"
+#include "stage/windows.h"
 #include "stage/xserver.h"
 
-namespace hook_test {
-
-using Path = std::vector<std::pair<int, int>>;
-struct CloseDisplay {
-  void operator()(Display* display) const { XCloseDisplay(display); }
-};
-using DisplayHandle = std::unique_ptr<Display, CloseDisplay>;
+namespace stage {
 
 // The library, loaded as the program loads it.
 struct Library {
@@ -115,11 +116,7 @@ class Target {
     XSetWMNormalHints(connection, window, &hints);
     XSelectInput(connection, window, ButtonPressMask | ButtonReleaseMask | PointerMotionMask);
     XMapWindow(connection, window);
-    const auto viewable = [&] {
-      XWindowAttributes attributes;
-      return XGetWindowAttributes(connection, window, &attributes) != 0 && attributes.map_state == IsViewable;
-    };
-    if (!stage::eventually(viewable)) throw std::runtime_error("the window never appeared");
+    if (!settles(connection, window)) throw std::runtime_error("the window never appeared");
   }
   // What has come so far, since the last forget(). Motion only if asked for.
   std::vector<std::string> events(bool motion = false) {
@@ -147,6 +144,32 @@ class Target {
   std::vector<std::string> events_;
 };
 
+// A host in a process of its own: prints "ready", then each report as "direction key". Told "inject" it presses Shift,
+// told "inject all" a button, too, and says "pressed"; told "hang" it does nothing until it is told anything more; told
+// "end" it ends.
+inline void be_host() {
+  Host host(true);
+  host.init();
+  const DisplayHandle display(XOpenDisplay(nullptr));
+  std::puts("ready");
+  std::array<pollfd, 2> waits{{{host.descriptor(), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}}};
+  for (std::string line; line != "end";) {
+    for (const auto& [direction, key] : host.reports()) std::printf("%ld %ld\n", direction, key);
+    std::fflush(stdout);
+    host.forget();
+    poll(waits.data(), waits.size(), -1);
+    if (waits[1].revents == 0) continue;
+    if (!std::getline(std::cin, line)) break;
+    if (line == "hang") std::getline(std::cin, line);
+    if (!line.starts_with("inject")) continue;
+    XTestFakeKeyEvent(display.get(), XKeysymToKeycode(display.get(), XK_Shift_L), True, CurrentTime);
+    if (line == "inject all") XTestFakeButtonEvent(display.get(), 1, True, CurrentTime);
+    XSync(display.get(), False);
+    std::puts("pressed");
+  }
+  host.exports().EndHook();
+}
+
 // Whether any client holds the right button of the whole screen.
 inline bool button_is_taken(Display* display) {
   static bool refused;
@@ -166,4 +189,4 @@ inline bool button_is_taken(Display* display) {
   return refused;
 }
 
-}  // namespace hook_test
+}  // namespace stage

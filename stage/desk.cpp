@@ -1,15 +1,17 @@
-#include "tests/program/desk.h"
+#include "stage/desk.h"
 
 #include <X11/keysym.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
+#include <stdexcept>
 #include <utility>
 
 #include "capture/miniature.h"
@@ -18,8 +20,7 @@
 #include "platform/number.h"
 #include "platform/text.h"
 
-using stage::eventually;
-
+namespace stage {
 namespace {
 
 constexpr int window_left = 940;  // pixels: the main window stands at the right edge, clear of the drawing
@@ -28,6 +29,11 @@ constexpr int window_top = 10;
 std::int64_t now_ms() {
   return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
       .count();
+}
+
+// Waits for it; `what` says in a few words that it has not come about.
+void demand(const std::function<bool()>& condition, const std::string& what) {
+  if (!eventually(condition)) throw std::runtime_error(what);
 }
 
 std::ptrdiff_t count(const std::vector<std::uint32_t>& pixels, bool (*wanted)(std::uint32_t)) {
@@ -82,11 +88,11 @@ std::string contents(const std::string& file) {
   return bytes.str();
 }
 
-Desk::Desk(const std::string& profile)
-    : window_manager(stage::start_window_manager(server)), user(server), screen(server) {
+Desk::Desk(std::string folder, const std::string& profile)
+    : window_manager(start_window_manager(server)), user(server), screen(server), folder_(std::move(folder)) {
   server.make_current();
-  std::string folder = (std::filesystem::temp_directory_path() / "strokemind-desk-XXXXXX").string();
-  home_ = mkdtemp(folder.data());
+  home_ = (std::filesystem::temp_directory_path() / "strokemind-desk-XXXXXX").string();
+  if (mkdtemp(home_.data()) == nullptr) throw std::runtime_error("no home folder");
   std::filesystem::create_directories(path(".config/strokemind"));
   std::filesystem::create_directories(path("run"));
   std::filesystem::permissions(path("run"), std::filesystem::perms::owner_all);
@@ -94,7 +100,7 @@ Desk::Desk(const std::string& profile)
 }
 
 Desk::~Desk() {
-  if (testing::Test::HasFailure()) screenshot("failed");
+  if (std::uncaught_exceptions() > 0) screenshot("failed");
   program.end();
   std::error_code ignored;
   std::filesystem::remove_all(home_, ignored);
@@ -111,13 +117,13 @@ void Desk::launch() {
         "[Pos]\r\nX=" + std::to_string(window_left * 15) + "\r\nY=" + std::to_string(window_top * 15) + "\r\n";
     std::ofstream(profile_path(), std::ios::binary | std::ios::app) << place;
   }
-  program = stage::Process({std::string(PROGRAM_FOLDER) + "/Strokemind"}, environment());
+  program = Process({folder_ + "/Strokemind"}, environment());
 }
 
 void Desk::start() {
   launch();
   // The number of patrons stands in the status bar, whose rows are of one colour each without it.
-  ASSERT_TRUE(eventually([&] {
+  const auto patrons_show = [&] {
     if (!program.running()) return true;
     const auto label = look(2000, 3150, 400, 180);
     constexpr int width = 400 / 15;
@@ -125,8 +131,9 @@ void Desk::start() {
       if (label[n] != label[n - n % width] && label[n - n % width] != 0) return true;
     }
     return false;
-  })) << "the program does not show its patrons";
-  ASSERT_TRUE(program.running());
+  };
+  demand(patrons_show, "the program does not show its patrons");
+  if (!program.running()) throw std::runtime_error("the program does not run");
 }
 
 void Desk::start_in_tray() {
@@ -146,20 +153,22 @@ constexpr std::uint32_t icon_cross = 0xE01010;
 void Desk::open_tray_menu() {
   std::vector<std::uint32_t> pixels;
   auto icon = pixels.end();
-  ASSERT_TRUE(eventually([&] {
+  const auto icon_shows = [&] {
     pixels = user.pixels(0, tray_top, tray_width, 800 - tray_top);
     icon = std::find(pixels.begin(), pixels.end(), icon_ground);
     return icon != pixels.end();
-  })) << "no icon";
+  };
+  demand(icon_shows, "no icon");
   const int at = static_cast<int>(icon - pixels.begin());
   const int x = at % tray_width;
   const int y = tray_top + at / tray_width;
   // A window that is on the screen, as at the start, keeps the menu shut.
   int moves = 0;
-  ASSERT_TRUE(eventually([&] {
+  const auto menu_opens = [&] {
     if (screen.grabs() == 0) user.move_to(x + ++moves % 2, y);
     return screen.popups() > 0 && screen.grabs() == 2;
-  })) << "no menu";
+  };
+  demand(menu_opens, "no menu");
 }
 
 bool Desk::tray_shows(bool on) {
@@ -173,13 +182,12 @@ std::vector<std::uint32_t> Desk::look(int left, int top, int width, int height) 
   return user.pixels(window_left + left / 15, window_top + top / 15, width / 15, height / 15);
 }
 
-stage::Process Desk::edit(const std::string& file) {
+Process Desk::edit(const std::string& file) {
   std::ofstream(path(file)).flush();
   auto variables = environment();
   variables.emplace_back("DBUS_SESSION_BUS_ADDRESS=disabled:");  // it would leave one behind
-  stage::Process editor({"featherpad", "--standalone", path(file)}, variables);
-  EXPECT_TRUE(eventually([&] { return screen.active().find(file) != std::string::npos; }))
-      << "the editor does not get the keyboard";
+  Process editor({"featherpad", "--standalone", path(file)}, variables);
+  demand([&] { return screen.active().find(file) != std::string::npos; }, "the editor does not get the keyboard");
   return editor;
 }
 
@@ -189,12 +197,12 @@ void Desk::expect_edited(const std::string& file, const std::string& text) {
   user.type(XK_f);
   user.key_up(XK_Alt_L);
   user.type(XK_s);
-  std::string found;
-  EXPECT_TRUE(eventually([&] {
-    found = contents(path(file));
+  const auto written = [&] {
+    std::string found = contents(path(file));
     while (!found.empty() && found.back() == '\n') found.pop_back();
     return found == text;
-  })) << found;
+  };
+  if (!eventually(written)) throw std::runtime_error("the editor holds: " + contents(path(file)));
 }
 
 bool Desk::informs() {
@@ -225,28 +233,24 @@ void Desk::draw(const Path& corners) {
   // The pointer over the bare window takes the last verdict off the information line. It goes on until it is off: of
   // moves that come at once the toolkit tells the last, and not even that where it has seen the pointer before.
   int steps = 0;
-  EXPECT_TRUE(eventually([&] {
+  const auto line_is_free = [&] {
     user.move_to(window_left + 1330 / 15, window_top + 3600 / 15 + ++steps % 14);
     return !informs();
-  }));
+  };
+  demand(line_is_free, "the last verdict stands for ever");
   eventually([&] { return now_ms() - last_stroke_ms_ > gate_ms; });
   draw_now(corners);
 }
 
 void Desk::gesture(const Path& corners) {
   draw(corners);
-  if (eventually([&] { return verdict_stands(); })) return;
-  screenshot("no-verdict");
-  FAIL() << "no verdict";
+  demand([&] { return verdict_stands(); }, "no verdict");
 }
 
 void Desk::screenshot(const std::string& name) const {
-  const std::string folder = std::string(PROGRAM_FOLDER) + "/screenshots";
+  const std::string folder = folder_ + "/screenshots";
   std::filesystem::create_directories(folder);
-  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-  stage::Process({"import", "-display", server.display(), "-window", "root",
-                  folder + "/" + (test != nullptr ? test->name() : "test") + "-" + name + ".png"})
-      .wait();
+  Process({"import", "-display", server.display(), "-window", "root", folder + "/" + name + ".png"}).wait();
 }
 
 void Desk::hover(int left, int top) {
@@ -269,7 +273,9 @@ void Desk::write(std::string_view latin1) {
 }
 
 void Desk::answer(const std::string& title, unsigned long keysym) {
-  EXPECT_TRUE(eventually([&] { return screen.active().rfind(title, 0) == 0; })) << title << ": " << screen.active();
+  if (!eventually([&] { return screen.active().rfind(title, 0) == 0; })) {
+    throw std::runtime_error("not " + title + " but " + screen.active() + " is active");
+  }
   user.type(keysym);
 }
 
@@ -279,9 +285,9 @@ bool Desk::open(const std::string& title) {
 }
 
 void Desk::expect_end() {
-  EXPECT_EQ(program.wait(), 0);
-  EXPECT_TRUE(eventually([&] { return screen.grabs() == 0; }));
-  EXPECT_TRUE(eventually([&] { return processes().empty(); })) << processes().front();
+  if (program.wait() != 0) throw std::runtime_error("the program does not end well");
+  demand([&] { return screen.grabs() == 0; }, "pointer or keyboard is kept");
+  if (!eventually([&] { return processes().empty(); })) throw std::runtime_error(processes().front() + " goes on");
 }
 
 std::vector<std::string> Desk::processes() const {
@@ -292,3 +298,5 @@ std::vector<std::string> Desk::processes() const {
   }
   return found;
 }
+
+}  // namespace stage

@@ -1,38 +1,16 @@
-#include "tests/program/watcher.h"
+#include "stage/watcher.h"
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
+#include "stage/windows.h"
+
+namespace stage {
 namespace {
 
 int ignore_error(Display* /*display*/, XErrorEvent* /*error*/) {
   return 0;
-}
-
-std::vector<unsigned long> property(Display* display, Window window, const char* name) {
-  Atom type = 0;
-  int format = 0;
-  unsigned long count = 0;
-  unsigned long rest = 0;
-  unsigned char* data = nullptr;
-  XGetWindowProperty(display, window, XInternAtom(display, name, False), 0, 1024, False, AnyPropertyType, &type,
-                     &format, &count, &rest, &data);
-  std::vector<unsigned long> values;
-  if (data != nullptr && format == 32) {
-    const auto* words = reinterpret_cast<unsigned long*>(data);
-    values.assign(words, words + count);
-  }
-  if (data != nullptr) XFree(data);
-  return values;
-}
-
-std::string title_of(Display* display, Window window) {
-  char* name = nullptr;
-  if (window == 0 || XFetchName(display, window, &name) == 0 || name == nullptr) return {};
-  std::string text(name);
-  XFree(name);
-  return text;
 }
 
 }  // namespace
@@ -77,7 +55,7 @@ const std::vector<std::string>& Watcher::events() {
 }
 
 unsigned long Watcher::window(const std::string& title) {
-  for (const unsigned long window : property(display_, DefaultRootWindow(display_), "_NET_CLIENT_LIST")) {
+  for (const unsigned long window : root_property(display_, "_NET_CLIENT_LIST")) {
     if (title_of(display_, window) == title) return window;
   }
   return 0;
@@ -94,15 +72,14 @@ int Watcher::icon_changes(const std::string& title) {
 
 std::vector<std::string> Watcher::managed() {
   std::vector<std::string> titles;
-  for (const unsigned long window : property(display_, DefaultRootWindow(display_), "_NET_CLIENT_LIST")) {
+  for (const unsigned long window : root_property(display_, "_NET_CLIENT_LIST")) {
     titles.push_back(title_of(display_, window));
   }
   return titles;
 }
 
 std::string Watcher::active() {
-  const auto window = property(display_, DefaultRootWindow(display_), "_NET_ACTIVE_WINDOW");
-  return window.empty() ? "" : title_of(display_, window.front());
+  return title_of(display_, active_window(display_));
 }
 
 int Watcher::popups() {
@@ -142,3 +119,5 @@ std::pair<int, int> Watcher::place(const std::string& title) {
   XTranslateCoordinates(display_, window(title), DefaultRootWindow(display_), 0, 0, &x, &y, &child);
   return {x, y};
 }
+
+}  // namespace stage

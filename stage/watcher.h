@@ -9,6 +9,8 @@
 
 struct _XDisplay;
 
+namespace stage {
+
 // A bare window of another program that writes down the mouse events it gets.
 class Watcher {
  public:
@@ -43,3 +45,5 @@ class Watcher {
   int icon_changes_ = 0;
   std::vector<std::string> events_;
 };
+
+}  // namespace stage
