@@ -110,6 +110,8 @@ bool Tray::eventFilter(QObject* watched, QEvent* event) {
   const bool move = type == QEvent::MouseMove || type == QEvent::Enter;
   if (!move && type != QEvent::MouseButtonRelease) return false;
   if (!watched->isWidgetType() || !watched->inherits("QSystemTrayIconSys")) return false;
+  // What is told late, after a menu or on a busy machine, is over: a menu would open wherever the pointer is by now.
+  if (move && !icon_->geometry().contains(QCursor::pos())) return false;
   const auto released = move ? Qt::NoButton : static_cast<const QMouseEvent&>(*event).button();
   if (move && std::exchange(last_, QCursor::pos()) != QCursor::pos()) report(platform::WM_MOUSEMOVE);
   if (released == Qt::LeftButton) report(platform::WM_LBUTTONUP);

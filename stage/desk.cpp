@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
-#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -29,11 +28,6 @@ constexpr int window_top = 10;
 std::int64_t now_ms() {
   return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
       .count();
-}
-
-// Waits for it; `what` says in a few words that it has not come about.
-void demand(const std::function<bool()>& condition, const std::string& what) {
-  if (!eventually(condition)) throw std::runtime_error(what);
 }
 
 std::ptrdiff_t count(const std::vector<std::uint32_t>& pixels, bool (*wanted)(std::uint32_t)) {
@@ -100,10 +94,16 @@ Desk::Desk(std::string folder, const std::string& profile)
 }
 
 Desk::~Desk() {
-  if (std::uncaught_exceptions() > 0) screenshot("failed");
   program.end();
   std::error_code ignored;
   std::filesystem::remove_all(home_, ignored);
+}
+
+void Desk::demand(const std::function<bool()>& condition, const std::string& what) {
+  if (eventually(condition)) return;
+  screenshot("missing");
+  throw std::runtime_error(what + "; active: " + screen.active() + ", popups: " + std::to_string(screen.popups()) +
+                           ", grabs: " + std::to_string(screen.grabs()));
 }
 
 std::vector<std::string> Desk::environment() const {
@@ -145,6 +145,10 @@ namespace {
 
 constexpr int tray_top = 740;  // pixels: the tray stands in the lower left corner
 constexpr int tray_width = 400;
+constexpr int menu_width = 200;  // it opens above its icon
+constexpr int menu_height = 60;
+constexpr std::uint32_t menu_text = 0x00FF00;
+constexpr int menu_text_least = 40;
 constexpr std::uint32_t icon_ground = 0x8FF58F;
 constexpr std::uint32_t icon_cross = 0xE01010;
 
@@ -162,11 +166,12 @@ void Desk::open_tray_menu() {
   const int at = static_cast<int>(icon - pixels.begin());
   const int x = at % tray_width;
   const int y = tray_top + at / tray_width;
-  // A window that is on the screen, as at the start, keeps the menu shut.
+  // A window that is on the screen, as at the start, keeps the menu shut. One that shows its entries has the keyboard.
   int moves = 0;
   const auto menu_opens = [&] {
-    if (screen.grabs() == 0) user.move_to(x + ++moves % 2, y);
-    return screen.popups() > 0 && screen.grabs() == 2;
+    if (screen.popups() == 0) user.move_to(x + ++moves % 2, y);
+    const auto around = user.pixels(0, tray_top - menu_height, menu_width, menu_height);
+    return screen.popups() > 0 && std::count(around.begin(), around.end(), menu_text) > menu_text_least;
   };
   demand(menu_opens, "no menu");
 }
@@ -202,7 +207,7 @@ void Desk::expect_edited(const std::string& file, const std::string& text) {
     while (!found.empty() && found.back() == '\n') found.pop_back();
     return found == text;
   };
-  if (!eventually(written)) throw std::runtime_error("the editor holds: " + contents(path(file)));
+  demand(written, "the editor does not hold " + text);
 }
 
 bool Desk::informs() {
@@ -273,9 +278,7 @@ void Desk::write(std::string_view latin1) {
 }
 
 void Desk::answer(const std::string& title, unsigned long keysym) {
-  if (!eventually([&] { return screen.active().rfind(title, 0) == 0; })) {
-    throw std::runtime_error("not " + title + " but " + screen.active() + " is active");
-  }
+  demand([&] { return screen.active().rfind(title, 0) == 0; }, title + " is not active");
   user.type(keysym);
 }
 
@@ -287,7 +290,7 @@ bool Desk::open(const std::string& title) {
 void Desk::expect_end() {
   if (program.wait() != 0) throw std::runtime_error("the program does not end well");
   demand([&] { return screen.grabs() == 0; }, "pointer or keyboard is kept");
-  if (!eventually([&] { return processes().empty(); })) throw std::runtime_error(processes().front() + " goes on");
+  demand([&] { return processes().empty(); }, "a process goes on");
 }
 
 std::vector<std::string> Desk::processes() const {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -77,6 +78,8 @@ class Desk {
 
  private:
   void launch();
+  // Waits for it; where it does not come about, leaves a screenshot and throws what says so in a few words.
+  void demand(const std::function<bool()>& condition, const std::string& what);
 
   std::string folder_;
   std::string home_;

@@ -5,9 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "stage/windows.h"
 #include "stage/xserver.h"
-
-struct _XDisplay;
 
 namespace stage {
 
@@ -30,8 +29,10 @@ class Watcher {
   std::string active();
   // Windows on the screen that no window manager manages, such as open menus.
   int popups();
-  // How many of the two, pointer and keyboard, somebody keeps to himself.
+  // How many of the two, pointer and keyboard, somebody keeps to himself. It is found out by taking them: for a moment
+  // nobody else can.
   int grabs();
+  bool right_button_is_taken() { return button_is_taken(display_); }
   // Where the window with this title is on the screen.
   std::pair<int, int> place(const std::string& title);
 

@@ -56,4 +56,22 @@ bool settles(Display* display, Window window) {
   });
 }
 
+bool button_is_taken(Display* display) {
+  static bool refused;
+  refused = false;
+  const XErrorHandler before = XSetErrorHandler([](Display*, XErrorEvent* error) {
+    refused |= error->error_code == BadAccess;
+    return 0;
+  });
+  const Window root = DefaultRootWindow(display);
+  // Nobody else may meet the grab that this tries.
+  XGrabServer(display);
+  XGrabButton(display, Button3, AnyModifier, root, False, ButtonPressMask, GrabModeAsync, GrabModeAsync, None, None);
+  XUngrabButton(display, Button3, AnyModifier, root);
+  XUngrabServer(display);
+  XSync(display, False);
+  XSetErrorHandler(before);
+  return refused;
+}
+
 }  // namespace stage

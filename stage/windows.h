@@ -28,4 +28,7 @@ std::string title_of(_XDisplay* display, unsigned long window);
 // not come about.
 bool settles(_XDisplay* display, unsigned long window);
 
+// Whether any client holds the right button of the whole screen.
+bool button_is_taken(_XDisplay* display);
+
 }  // namespace stage

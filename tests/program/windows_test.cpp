@@ -214,7 +214,7 @@ double brightness(const Pixels& pixels) {
 }
 
 // Not steady: now and then one of the twenty gestures has no effect. To be found out.
-TEST_F(WindowsTest, DISABLED_TheHelpRollsWhileGesturesAreRecognised) {
+TEST_F(WindowsTest, TheHelpRollsWhileGesturesAreRecognised) {
   make(section("A", corner, "P:touch ~/ran"));
   desk->gesture(corner);  // selects the row
   EXPECT_TRUE(eventually([&] { return std::filesystem::remove(desk->path("ran")); }));
