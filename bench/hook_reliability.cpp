@@ -1,8 +1,8 @@
 // The hook library under random use and random deaths on private X servers: what becomes of each press, how soon the
 // right button is back, what is lost of fast motion, and what it all costs. Faults are printed with what repeats them;
 // any of them makes the exit status 1.
-// usage: hook_reliability [presses [deaths [seed [manager...]]]], by default 300, 40, 1 and all three managers; presses
-// alone where there are no deaths
+// usage: hook_reliability [presses [deaths [seed [manager...]]]], by default 300, 40, 1 and three managers, one of them
+// with a compositor beside it, too; presses alone where there are no deaths
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
@@ -72,8 +72,11 @@ class Trial {
  public:
   Trial(const std::string& manager, unsigned seed) : manager_name_(manager), seed_(seed), random_(seed) {
     server_.make_current();
-    manager_ = stage::start_window_manager(server_, manager);
+    const std::size_t plus = manager.find('+');
+    manager_ = stage::start_window_manager(server_, manager.substr(0, plus));
     if (!manager_.running()) throw std::runtime_error(manager + " does not start");
+    if (plus != std::string::npos) compositor_ = stage::start_compositor(server_);
+    if (plus != std::string::npos && !compositor_.running()) throw std::runtime_error(manager + " does not start");
     start_host();
   }
 
@@ -110,7 +113,7 @@ class Trial {
   unsigned seed_;
   std::mt19937 random_;
   stage::XServer server_;
-  Process manager_;
+  Process manager_, compositor_;
   stage::User user_{server_};
   stage::Target target_{server_.display()};
   Process host_;
@@ -333,7 +336,7 @@ int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
   }
   const auto number = [&](std::size_t at, int standard) { return words.size() > at ? std::stoi(words[at]) : standard; };
   std::vector<std::string> managers(words.begin() + std::min<std::ptrdiff_t>(3, std::ssize(words)), words.end());
-  if (managers.empty()) managers = {"openbox", "xfwm4", "metacity"};
+  if (managers.empty()) managers = {"openbox", "xfwm4", "metacity", "openbox+picom"};
   const int presses = number(0, 300);
   const auto seed = static_cast<unsigned>(number(2, 1));
   const int deaths = number(1, 40);

@@ -1,6 +1,8 @@
 #include <X11/keysym.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
 
 #include <csignal>
 #include <filesystem>
@@ -131,6 +133,29 @@ TEST(RightButton, UnderCtrlItIsTheApplications) {
   for (const auto& [to_x, to_y] : along(corner)) desk.user.move_to(to_x, to_y);
   desk.user.release(3);
   EXPECT_TRUE(eventually([&] { return std::filesystem::exists(desk.path("ran")); }));
+}
+
+// Only the thread that serves the windows hangs: the button is the user's until it goes on.
+TEST(RightButton, IsFreeWhileTheProgramHangs) {
+  Desk desk(profile("P:touch ~/ran"));
+  desk.start();
+  const auto draws = [&] {
+    desk.draw_now(corner);
+    return eventually([&] { return std::filesystem::remove(desk.path("ran")); });
+  };
+  ASSERT_TRUE(draws());
+  const pid_t thread = desk.program.pid();
+  if (ptrace(PTRACE_SEIZE, thread, nullptr, nullptr) != 0) GTEST_SKIP() << "no thread can be held here";
+  ptrace(PTRACE_INTERRUPT, thread, nullptr, nullptr);
+  waitpid(thread, nullptr, 0);
+  desk.user.type(XK_F5);  // whether it hangs is asked while the user is about
+  EXPECT_TRUE(eventually([&] { return !desk.screen.right_button_is_taken(); }));
+  Watcher target(desk.server, 100, 200, 700, 500);
+  desk.drag(corner);
+  EXPECT_TRUE(eventually([&] { return target.events() == std::vector<std::string>{"press 3", "motion", "release 3"}; }));
+  ptrace(PTRACE_DETACH, thread, nullptr, nullptr);
+  EXPECT_TRUE(eventually([&] { return desk.screen.right_button_is_taken(); }));
+  EXPECT_TRUE(draws());
 }
 
 TEST(Program, SavesAndGoesWhenAskedTo) {
