@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/pressing.h"
 #include "desktop/style.h"
 
 namespace desktop {
@@ -19,7 +20,6 @@ ListWidget::ListWidget(std::shared_ptr<FormLink> link, platform::ListView& list,
       painter_(new RowPainter(this)),
       icons_(new QListView(this)),
       report_(new QTreeView(this)) {
-  setAccessibleName(QString::fromStdString(list.Name));
   report_->setRootIsDecorated(false);
   report_->setItemsExpandable(false);
   report_->setUniformRowHeights(true);
@@ -40,6 +40,7 @@ ListWidget::ListWidget(std::shared_ptr<FormLink> link, platform::ListView& list,
 }
 
 void ListWidget::watch(QAbstractItemView& view) {
+  view.setAccessibleName(spoken_name(list_));
   view.setModel(&model_);
   view.setItemDelegate(painter_);
   view.setFrameShape(QFrame::NoFrame);

@@ -1,0 +1,28 @@
+#include "desktop/label_widget.h"
+
+namespace desktop {
+
+LabelWidget::LabelWidget(const std::shared_ptr<FormLink>& link, platform::Label& label, QWidget* parent)
+    : QWidget(parent), label_(label), pressing_(link, &label) {
+  setAttribute(Qt::WA_TransparentForMouseEvents);
+  if (pressing_.possible()) setFocusPolicy(Qt::TabFocus);
+  lower();  // boxes lie in front of labels
+  sync();
+}
+
+void LabelWidget::sync() {
+  const QString name = spoken_name(label_);
+  if (accessibleName() != name) setAccessibleName(name);
+}
+
+void LabelWidget::paintEvent(QPaintEvent* /*event*/) {
+  if (!hasFocus()) return;
+  QPainter painter(this);
+  paint_focus(painter, rect());
+}
+
+void LabelWidget::keyPressEvent(QKeyEvent* event) {
+  if (!pressing_.handle(*event)) QWidget::keyPressEvent(event);
+}
+
+}  // namespace desktop
