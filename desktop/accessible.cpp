@@ -35,6 +35,10 @@ class AccessibleControl final : public QAccessibleWidget {
     QAccessible::State state = QAccessibleWidget::state();
     // What hands the keyboard on to a part of it does not have it.
     if (isValid() && widget()->focusProxy() != nullptr) state.focused = false;
+    if (const auto* label = dynamic_cast<LabelWidget*>(object()); label != nullptr) {
+      state.checkable = label->pressing().role() == platform::Role::choice;
+      state.checked = label->chosen();
+    }
     return state;
   }
   QStringList actionNames() const override {
@@ -74,6 +78,8 @@ QAccessible::Role role_of(const LabelWidget& label) {
   switch (label.pressing().role()) {
     case platform::Role::button:
       return QAccessible::PushButton;
+    case platform::Role::choice:
+      return QAccessible::RadioButton;
     case platform::Role::status:
       return QAccessible::StatusBar;
     default:

@@ -101,7 +101,7 @@ bool FormWindow::to_be_shown(Control& control) const {
            place_of(*other).contains(place_of(control));
   };
   const auto& others = control.Container().children;
-  return !spoken_name(control).isEmpty() && std::none_of(others.begin(), others.end(), covers);
+  return !spoken_text(control).empty() && std::none_of(others.begin(), others.end(), covers);
 }
 
 FormWindow::Child FormWindow::make_child(Control& control) {
@@ -176,8 +176,8 @@ void FormWindow::sync(Control& control) {
   }
 }
 
-// The keyboard is the first box's or the list's when the window comes to the screen, and the form's where there is none:
-// a label gets it only when the user goes there.
+// The keyboard is the first box's or the list's when the window comes to the screen, and the form's where there is
+// none: a label gets it only when the user goes there.
 void FormWindow::give_keyboard() {
   if (top_->focusWidget() != nullptr) return;
   top_->setFocus();

@@ -1,5 +1,8 @@
 #include "desktop/label_widget.h"
 
+#include <QAccessible>
+#include <utility>
+
 namespace desktop {
 
 LabelWidget::LabelWidget(const std::shared_ptr<FormLink>& link, platform::Label& label, QWidget* parent)
@@ -11,8 +14,12 @@ LabelWidget::LabelWidget(const std::shared_ptr<FormLink>& link, platform::Label&
 }
 
 void LabelWidget::sync() {
-  const QString name = spoken_name(label_);
-  if (accessibleName() != name) setAccessibleName(name);
+  pressing_.name(*this);
+  if (std::exchange(chosen_, label_.chosen.get()) == label_.chosen.get()) return;
+  QAccessible::State change;
+  change.checked = true;
+  QAccessibleStateChangeEvent event(this, change);
+  QAccessible::updateAccessibility(&event);
 }
 
 void LabelWidget::paintEvent(QPaintEvent* /*event*/) {

@@ -1,5 +1,6 @@
-// A label to those who hear the screen, or have only a keyboard: an object with a name, which can be pressed if a click on
-// the label does something. What is seen of it is painted on the surface that it lies on, and the mouse passes through.
+// A label to those who hear the screen, or have only a keyboard: an object with a name, which can be pressed if a click
+// on the label does something. What is seen of it is painted on the surface that it lies on, and the mouse passes
+// through.
 #pragma once
 
 #include <QWidget>
@@ -15,6 +16,7 @@ class LabelWidget final : public QWidget, public Mirror {
 
   void sync() override;
   const Pressing& pressing() const { return pressing_; }
+  bool chosen() const { return chosen_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -22,7 +24,8 @@ class LabelWidget final : public QWidget, public Mirror {
 
  private:
   platform::Label& label_;
-  const Pressing pressing_;
+  Pressing pressing_;
+  bool chosen_ = false;
 };
 
 }  // namespace desktop

@@ -86,7 +86,11 @@ void ListWidget::take_over() {
   icons_->setVisible(&shown() == icons_);
   report_->setVisible(&shown() == report_);
   if (focused) shown().setFocus();
+  const auto as_table = [this] { return model_.columnCount({}) > 1; };
+  const bool was_table = as_table();
+  if (was_table) widths_ = report_->header()->saveState();
   model_.reload();
+  if (!was_table && as_table() && !widths_.isEmpty()) report_->header()->restoreState(widths_);
   arrange();
   restore(across, down);
 }
@@ -174,6 +178,7 @@ void ListWidget::arrange() {
   icons_->horizontalScrollBar()->setSingleStep(look.cell.width() / steps);
   icons_->verticalScrollBar()->setSingleStep(look.cell.height() / steps);
   report_->verticalScrollBar()->setSingleStep(look.cell.height());
+  if (list_.View != platform::view_report) return;
   const auto same = [](const auto& a, const auto& b) { return a.Text == b.Text && a.Width == b.Width; };
   // The user may have made a column wider since.
   if (std::equal(headings_.begin(), headings_.end(), list_.ColumnHeaders.begin(), list_.ColumnHeaders.end(), same)) {
@@ -240,6 +245,8 @@ bool ListWidget::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::MouseMove:
       if (watched != shown().viewport()) return false;
       return mouse(static_cast<const QMouseEvent&>(*event));
+    case QEvent::KeyPress:
+      return watched == &shown() && chooses_first(static_cast<const QKeyEvent&>(*event));
     default:
       return false;
   }
@@ -288,6 +295,17 @@ void ListWidget::picked() {
     list_.select(row);
   }
   link_->call(list_.ItemClick, row);
+}
+
+// While no row is chosen the views stand at the first all the same, and would go on from it to the second, or nowhere.
+// Gives whether the key has chosen it.
+bool ListWidget::chooses_first(const QKeyEvent& key) {
+  const bool arrow = key.key() >= Qt::Key_Left && key.key() <= Qt::Key_Down;
+  take_over();
+  if (list_.selected_row() != 0 || list_.Count() == 0 || !(arrow || key.key() == Qt::Key_Home)) return false;
+  icons_->selectionModel()->setCurrentIndex(model_.index(0, 0),
+                                            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  return true;
 }
 
 void ListWidget::resizeEvent(QResizeEvent* /*event*/) {

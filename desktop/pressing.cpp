@@ -7,14 +7,24 @@
 
 namespace desktop {
 
-QString spoken_name(const platform::Control& control) {
+const std::string& spoken_text(const platform::Control& control) {
   const bool captioned = control.spoken.get().empty() && control.kind() == platform::Kind::label;
-  const std::string& name = captioned ? static_cast<const platform::Label&>(control).Caption : control.spoken;
-  return to_toolkit(name).simplified();
+  return captioned ? static_cast<const platform::Label&>(control).Caption.get() : control.spoken.get();
+}
+
+QString spoken_name(const platform::Control& control) {
+  return to_toolkit(spoken_text(control)).simplified();
 }
 
 Pressing::Pressing(std::shared_ptr<FormLink> link, platform::Control* control)
     : link_(std::move(link)), control_(control), role_(control != nullptr ? control->role : platform::Role::content) {}
+
+// Compared as it is: the rolling help has its panel synchronised at every step.
+void Pressing::name(QWidget& widget) {
+  if (control_ == nullptr || named_ == spoken_text(*control_)) return;
+  named_ = spoken_text(*control_);
+  widget.setAccessibleName(spoken_name(*control_));
+}
 
 void Pressing::press() const {
   if (!possible()) return;

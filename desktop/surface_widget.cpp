@@ -15,8 +15,12 @@ namespace desktop {
 
 SurfaceWidget::SurfaceWidget(std::shared_ptr<FormLink> link, platform::Surface& surface, platform::PictureBox* box,
                              QWidget* parent)
-    : QWidget(parent), link_(std::move(link)), surface_(surface), box_(box),
-      mouse_(link_, *this, box, &surface), pressing_(link_, box) {
+    : QWidget(parent),
+      link_(std::move(link)),
+      surface_(surface),
+      box_(box),
+      mouse_(link_, *this, box, &surface),
+      pressing_(link_, box) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
   if (pressing_.possible()) setFocusPolicy(Qt::TabFocus);
@@ -24,9 +28,7 @@ SurfaceWidget::SurfaceWidget(std::shared_ptr<FormLink> link, platform::Surface& 
 
 void SurfaceWidget::sync() {
   update();
-  if (box_ == nullptr) return;
-  const QString name = spoken_name(*box_);
-  if (accessibleName() != name) setAccessibleName(name);
+  pressing_.name(*this);
 }
 
 void SurfaceWidget::paintEvent(QPaintEvent* event) {

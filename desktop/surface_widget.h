@@ -37,7 +37,7 @@ class SurfaceWidget : public QWidget, public Mirror {
   std::optional<QPointF> entered_at_;  // where the pointer has come in and not moved since, on the screen
   platform::PictureBox* const box_;
   MouseRouter mouse_;
-  const Pressing pressing_;
+  Pressing pressing_;
   platform::Picture pointer_;  // that the mouse shows over the widget
 };
 

@@ -80,7 +80,7 @@ Actions::Actions()
   etiquette(lblCom.add(1, *this, "lblCom", {1440, 840, 1815, 375}), "Commandes", vert_sombre);
   etiquette(lblCom.add(2, *this, "lblCom", {1440, 1200, 1695, 375}), "Texte", vert_sombre);
   etiquette(lblCom.add(3, *this, "lblCom", {1440, 1560, 2055, 375}), "Programmes/logiciels", vert_sombre);
-  for (const int heading : {1, 2, 3}) lblCom(heading).role = platform::Role::button;
+  for (const int heading : {1, 2, 3}) lblCom(heading).role = platform::Role::choice;
   Line1.BorderColor = vert;
   Line1.BorderStyle = platform::border_dotted;
   constexpr float hauteur = 255;
@@ -89,7 +89,7 @@ Actions::Actions()
     auto& label = lblComC.add(index, *this, "lblComC", {commande.left, commande.top, commande.width, hauteur});
     etiquette(label, commande.caption, vert_sombre);
     label.Visible = false;
-    label.role = platform::Role::button;
+    label.role = platform::Role::choice;
   }
 
   for (platform::TextBox* box : {&Texte, &TextProg}) {

@@ -58,9 +58,10 @@ inline constexpr int copy_pen = 13;
 
 enum class Alignment { left, right, centre };
 
-// What a control is to somebody who hears the screen, or has no mouse: something to be told of, something to press, the
-// line that tells what happens, or a panel that is read out when it comes into sight and can be pressed.
-enum class Role { content, button, status, notice };
+// What a control is to somebody who hears the screen, or has no mouse: something to be told of, something to press, one
+// of several to choose from by a press, the line that tells what happens, or a panel that is read out when it comes
+// into sight and can be pressed.
+enum class Role { content, button, choice, status, notice };
 
 class Control : public Component {
  public:
@@ -134,6 +135,7 @@ class Label : public Control {
   Property<int> BackStyle{*this, transparent};
   Property<platform::Alignment> Alignment{*this, platform::Alignment::left};
   Property<platform::Font> Font{*this, {}};
+  Property<bool> chosen{*this, false};     // of a choice: the one, as its colour shows
   Property<Picture> MouseIcon{*this, {}};  // the pointer over the label; none: the usual one
 };
 
