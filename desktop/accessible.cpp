@@ -110,4 +110,15 @@ void tell_presence(QWidget& widget) {
   QAccessible::updateAccessibility(&event);
 }
 
+void tell_current(const QAbstractItemView& view) {
+  const QModelIndex row = view.currentIndex();
+  if (!QAccessible::isActive() || !view.hasFocus() || !row.isValid()) return;
+  QAccessibleInterface* rows = QAccessible::queryAccessibleInterface(const_cast<QAbstractItemView*>(&view));
+  if (rows == nullptr || rows->tableInterface() == nullptr) return;
+  QAccessibleInterface* cell = rows->tableInterface()->cellAt(row.row(), 0);
+  if (cell == nullptr) return;
+  QAccessibleEvent event(cell, QAccessible::Focus);
+  QAccessible::updateAccessibility(&event);
+}
+
 }  // namespace desktop

@@ -1,7 +1,7 @@
 // What assistive technology is told of the windows beyond what the toolkit tells by itself.
 #pragma once
 
-#include <QWidget>
+#include <QAbstractItemView>
 
 namespace desktop {
 
@@ -10,5 +10,8 @@ void install_accessibility();
 
 // A widget has been shown or hidden on what holds it.
 void tell_presence(QWidget& widget);
+
+// A view has got the keyboard: it is with the current row.
+void tell_current(const QAbstractItemView& view);
 
 }  // namespace desktop

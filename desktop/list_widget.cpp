@@ -6,10 +6,39 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/accessible.h"
 #include "desktop/pressing.h"
 #include "desktop/style.h"
 
 namespace desktop {
+
+namespace {
+
+// Tells a screen reader of its current row only while it has the keyboard, and of the chosen one only while it is
+// shown: the toolkit's views tell always, and the reader would go there.
+template <class View>
+class DiscreetView final : public View {
+ public:
+  using View::View;
+
+ protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override {
+    if (this->hasFocus()) {
+      View::currentChanged(current, previous);
+    } else {
+      QAbstractItemView::currentChanged(current, previous);
+    }
+  }
+  void selectionChanged(const QItemSelection& now, const QItemSelection& before) override {
+    if (this->isVisible()) {
+      View::selectionChanged(now, before);
+    } else {
+      QAbstractItemView::selectionChanged(now, before);
+    }
+  }
+};
+
+}  // namespace
 
 ListWidget::ListWidget(std::shared_ptr<FormLink> link, platform::ListView& list, QWidget* parent)
     : QWidget(parent),
@@ -18,8 +47,8 @@ ListWidget::ListWidget(std::shared_ptr<FormLink> link, platform::ListView& list,
       mouse_(link_, *this, &list, nullptr),
       model_(link_, list),
       painter_(new RowPainter(this)),
-      icons_(new QListView(this)),
-      report_(new QTreeView(this)) {
+      icons_(new DiscreetView<QListView>(this)),
+      report_(new DiscreetView<QTreeView>(this)) {
   report_->setRootIsDecorated(false);
   report_->setItemsExpandable(false);
   report_->setUniformRowHeights(true);
@@ -245,6 +274,12 @@ bool ListWidget::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::MouseMove:
       if (watched != shown().viewport()) return false;
       return mouse(static_cast<const QMouseEvent&>(*event));
+    case QEvent::FocusIn:
+      // Once the toolkit has told of the view as a whole.
+      link_->events.post([self = QPointer<QWidget>(this), this] {
+        if (self != nullptr && link_->serving()) tell_current(shown());
+      });
+      return false;
     case QEvent::KeyPress:
       return watched == &shown() && chooses_first(static_cast<const QKeyEvent&>(*event));
     default:
