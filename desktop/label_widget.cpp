@@ -8,7 +8,9 @@ namespace desktop {
 LabelWidget::LabelWidget(const std::shared_ptr<FormLink>& link, platform::Label& label, QWidget* parent)
     : QWidget(parent), label_(label), pressing_(link, &label) {
   setAttribute(Qt::WA_TransparentForMouseEvents);
-  if (pressing_.possible()) setFocusPolicy(Qt::TabFocus);
+  // Not by the toolkit's own tour, which also picks who gets the keyboard of a window that comes to the screen. No
+  // click comes here either: only the window's tour leads to a label.
+  if (pressing_.possible()) setFocusPolicy(Qt::ClickFocus);
   lower();  // boxes lie in front of labels
   sync();
 }

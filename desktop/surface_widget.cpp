@@ -86,7 +86,7 @@ bool SurfaceWidget::focusNextPrevChild(bool next) {
   if (!isWindow()) return QWidget::focusNextPrevChild(next);
   std::vector<QWidget*> stops;
   for (QWidget* widget : findChildren<QWidget*>()) {
-    if (widget->isVisible() && (widget->focusPolicy() & Qt::TabFocus) != 0) stops.push_back(widget);
+    if (widget->isVisible() && widget->focusPolicy() != Qt::NoFocus) stops.push_back(widget);
   }
   if (stops.empty()) return false;
   put_in_reading_order(stops, *this);
