@@ -17,8 +17,8 @@ demo_packages=(xvfb openbox trayer xterm x11-utils imagemagick)
 # and the tools that look at the sources.
 # shellcheck disable=SC2034
 test_packages=(
-  libgtest-dev libgmock-dev libbenchmark-dev python3 git
-  xvfb openbox xfwm4 metacity picom trayer tint2 dbus-x11
+  libgtest-dev libgmock-dev libbenchmark-dev libatspi2.0-dev python3 git
+  xvfb openbox xfwm4 metacity picom trayer tint2 dbus-x11 at-spi2-core
   xdotool xterm x11-utils x11-xkb-utils x11-xserver-utils xclip featherpad mousepad
   fontconfig imagemagick clang-format clang-tidy shellcheck clang libclang-rt-dev
 )

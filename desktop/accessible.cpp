@@ -2,136 +2,122 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
-#include <QPointer>
-#include <map>
+#include <algorithm>
 #include <vector>
 
-#include "desktop/style.h"
+#include "desktop/label_widget.h"
+#include "desktop/list_widget.h"
+#include "desktop/surface_widget.h"
 
 namespace desktop {
 
 namespace {
 
-using platform::Label;
-
-class AccessibleLabel final : public QAccessibleInterface, public QAccessibleActionInterface {
+// A widget whose children are those that are shown, and which can be pressed where a click on it does something.
+class AccessibleControl final : public QAccessibleWidget {
  public:
-  AccessibleLabel(SurfaceWidget& surface, Label& label) : surface_(&surface), label_(label) {}
+  AccessibleControl(QWidget& widget, QAccessible::Role role, const Pressing* pressing)
+      : QAccessibleWidget(&widget, role), pressing_(pressing) {}
 
-  // The form may be unloaded, and the label with it, while its widget still waits to be deleted.
-  bool isValid() const override { return surface_ != nullptr && surface_->link()->form != nullptr; }
-  QObject* object() const override { return nullptr; }
-  QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(surface_); }
-  QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
-  QAccessibleInterface* childAt(int /*x*/, int /*y*/) const override { return nullptr; }
-  int childCount() const override { return 0; }
-  int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
-
-  QAccessible::Role role() const override {
-    return isValid() && label_.Click ? QAccessible::PushButton : QAccessible::StaticText;
-  }
-  QAccessible::State state() const override {
-    QAccessible::State state;
-    state.invalid = !isValid();
-    state.readOnly = true;
-    return state;
-  }
-  QString text(QAccessible::Text kind) const override {
-    if (!isValid() || kind != QAccessible::Name) return {};
-    if (!label_.Caption.get().empty()) return to_toolkit(label_.Caption);
-    // A button without a text of its own goes by its name in the program.
-    return QString::fromStdString(label_.Name) + (label_.Index < 0 ? QString() : QString::number(label_.Index));
-  }
-  void setText(QAccessible::Text /*kind*/, const QString& /*text*/) override {}
-  QRect rect() const override {
-    if (!isValid()) return {};
-    const QRect place = place_of(label_);
-    return {surface_->mapToGlobal(place.topLeft()), place.size()};
-  }
-
-  void* interface_cast(QAccessible::InterfaceType type) override {
-    return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this) : nullptr;
-  }
-  QStringList actionNames() const override {
-    return role() == QAccessible::PushButton ? QStringList{pressAction()} : QStringList();
-  }
-  void doAction(const QString& name) override {
-    if (name == pressAction() && isValid()) surface_->link()->call(label_.Click);
-  }
-  QStringList keyBindingsForAction(const QString& /*name*/) const override { return {}; }
-
- private:
-  QPointer<SurfaceWidget> surface_;
-  Label& label_;
-};
-
-// A form or picture box with its labels behind the widgets on it.
-class AccessibleSurface final : public QAccessibleWidget {
- public:
-  explicit AccessibleSurface(SurfaceWidget& surface) : QAccessibleWidget(&surface, QAccessible::Client) {}
-  ~AccessibleSurface() override {
-    for (const auto& [label, id] : ids_) QAccessible::deleteAccessibleInterface(id);
-  }
-
-  int childCount() const override { return QAccessibleWidget::childCount() + static_cast<int>(labels().size()); }
+  int childCount() const override { return static_cast<int>(present().size()); }
   QAccessibleInterface* child(int index) const override {
-    const int widgets = QAccessibleWidget::childCount();
-    const auto all = labels();
-    const int behind = index - widgets;
-    if (behind < 0) return QAccessibleWidget::child(index);
-    return behind < static_cast<int>(all.size()) ? of(*all[static_cast<std::size_t>(behind)]) : nullptr;
+    const auto children = present();
+    if (index < 0 || index >= static_cast<int>(children.size())) return nullptr;
+    return QAccessible::queryAccessibleInterface(children[static_cast<std::size_t>(index)]);
   }
   int indexOfChild(const QAccessibleInterface* child) const override {
-    for (int i = QAccessibleWidget::childCount(); i < childCount(); ++i) {
-      if (this->child(i) == child) return i;
-    }
-    return QAccessibleWidget::indexOfChild(child);
-  }
-  QAccessibleInterface* childAt(int x, int y) const override {
-    if (QAccessibleInterface* found = QAccessibleWidget::childAt(x, y)) return found;
-    Label* label = valid() ? label_at(surface().surface(), surface().mapFromGlobal(QPoint(x, y))) : nullptr;
-    return label != nullptr ? of(*label) : nullptr;
+    const auto children = present();
+    const auto found = std::find(children.begin(), children.end(), child != nullptr ? child->object() : nullptr);
+    return found == children.end() ? -1 : static_cast<int>(found - children.begin());
   }
 
-  QAccessibleInterface* of(Label& label) const {
-    auto& id = ids_[&label];
-    // The register owns it from then on, until it is deleted there.
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
-    if (id == 0) id = QAccessible::registerAccessibleInterface(new AccessibleLabel(surface(), label));
-    return QAccessible::accessibleInterface(id);
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    // What hands the keyboard on to a part of it does not have it.
+    if (isValid() && widget()->focusProxy() != nullptr) state.focused = false;
+    if (const auto* label = dynamic_cast<LabelWidget*>(object()); label != nullptr) {
+      state.checkable = label->pressing().role() == platform::Role::choice;
+      state.checked = label->chosen();
+    }
+    return state;
+  }
+  QStringList actionNames() const override {
+    return pressing_ != nullptr && pressing_->possible() ? QStringList{pressAction(), setFocusAction()} : QStringList();
+  }
+  void doAction(const QString& name) override {
+    if (pressing_ != nullptr && isValid() && name == pressAction()) {
+      pressing_->press();
+    } else {
+      QAccessibleWidget::doAction(name);
+    }
   }
 
  private:
-  SurfaceWidget& surface() const { return static_cast<SurfaceWidget&>(*object()); }
-  bool valid() const { return object() != nullptr && surface().link()->form != nullptr; }
-  std::vector<Label*> labels() const {
-    std::vector<Label*> result;
-    if (!valid()) return result;
-    for (platform::Control* child : surface().surface().children) {
-      if (child->kind() == platform::Kind::label && child->Visible) result.push_back(static_cast<Label*>(child));
+  // In the order in which one reads.
+  std::vector<QWidget*> present() const {
+    std::vector<QWidget*> result;
+    if (!isValid()) return result;
+    const QRect room = widget()->rect();
+    for (QWidget* child : widget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+      if (!child->isWindow() && !child->isHidden() && room.intersects(child->geometry())) result.push_back(child);
     }
+    put_in_reading_order(result, *widget());
     return result;
   }
 
-  mutable std::map<const Label*, QAccessible::Id> ids_;
+  const Pressing* const pressing_;  // the widget's own; null for one without
 };
 
+QAccessible::Role role_of(const SurfaceWidget& surface) {
+  if (surface.isWindow()) return QAccessible::Window;
+  if (surface.pressing().role() == platform::Role::notice) return QAccessible::Notification;
+  return surface.findChild<QWidget*>() != nullptr ? QAccessible::Grouping : QAccessible::Graphic;
+}
+
+QAccessible::Role role_of(const LabelWidget& label) {
+  switch (label.pressing().role()) {
+    case platform::Role::button:
+      return QAccessible::PushButton;
+    case platform::Role::choice:
+      return QAccessible::RadioButton;
+    case platform::Role::status:
+      return QAccessible::StatusBar;
+    default:
+      return QAccessible::StaticText;
+  }
+}
+
 QAccessibleInterface* make_interface(const QString& /*key*/, QObject* object) {
-  auto* surface = dynamic_cast<SurfaceWidget*>(object);
-  return surface != nullptr ? new AccessibleSurface(*surface) : nullptr;
+  if (auto* label = dynamic_cast<LabelWidget*>(object)) {
+    return new AccessibleControl(*label, role_of(*label), &label->pressing());
+  }
+  if (auto* surface = dynamic_cast<SurfaceWidget*>(object)) {
+    return new AccessibleControl(*surface, role_of(*surface), &surface->pressing());
+  }
+  auto* list = dynamic_cast<ListWidget*>(object);
+  return list != nullptr ? new AccessibleControl(*list, QAccessible::Grouping, nullptr) : nullptr;
 }
 
 }  // namespace
 
-void install_accessible_labels() {
+void install_accessibility() {
   QAccessible::installFactory(make_interface);
 }
 
-void announce(SurfaceWidget& surface, platform::Label& label) {
+void tell_presence(QWidget& widget) {
   if (!QAccessible::isActive()) return;
-  auto* owner = dynamic_cast<AccessibleSurface*>(QAccessible::queryAccessibleInterface(&surface));
-  if (owner == nullptr) return;
-  QAccessibleEvent event(owner->of(label), QAccessible::NameChanged);
+  QAccessibleEvent event(&widget, widget.isHidden() ? QAccessible::ObjectDestroyed : QAccessible::ObjectCreated);
+  QAccessible::updateAccessibility(&event);
+}
+
+void tell_current(const QAbstractItemView& view) {
+  const QModelIndex row = view.currentIndex();
+  if (!QAccessible::isActive() || !view.hasFocus() || !row.isValid()) return;
+  QAccessibleInterface* rows = QAccessible::queryAccessibleInterface(const_cast<QAbstractItemView*>(&view));
+  if (rows == nullptr || rows->tableInterface() == nullptr) return;
+  QAccessibleInterface* cell = rows->tableInterface()->cellAt(row.row(), 0);
+  if (cell == nullptr) return;
+  QAccessibleEvent event(cell, QAccessible::Focus);
   QAccessible::updateAccessibility(&event);
 }
 

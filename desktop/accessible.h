@@ -1,14 +1,17 @@
-// What assistive technology sees of painted labels: to it each is an object of its own, as if it were a widget.
+// What assistive technology is told of the windows beyond what the toolkit tells by itself.
 #pragma once
 
-#include "desktop/surface_widget.h"
+#include <QAbstractItemView>
 
 namespace desktop {
 
-// From now on labels are told of. Once, before the first window.
-void install_accessible_labels();
+// From now on. Once, before the first window.
+void install_accessibility();
 
-// Something of a label on that surface has changed, its text perhaps.
-void announce(SurfaceWidget& surface, platform::Label& label);
+// A widget has been shown or hidden on what holds it.
+void tell_presence(QWidget& widget);
+
+// A view has got the keyboard: it is with the current row.
+void tell_current(const QAbstractItemView& view);
 
 }  // namespace desktop

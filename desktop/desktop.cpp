@@ -74,7 +74,7 @@ struct Desktop::Parts {
     QApplication::setWindowIcon(icon_of({1, "on"}));  // of boxes that belong to no window
     QGuiApplication::setDesktopFileName(QStringLiteral("strokemind"));
     QCoreApplication::installTranslator(&french);
-    install_accessible_labels();
+    install_accessibility();
   }
 
   Arguments arguments;

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "desktop/mouse.h"
+#include "desktop/pressing.h"
 #include "desktop/style.h"
 
 namespace desktop {
@@ -58,7 +59,7 @@ int position_after(const QString& text, int characters) {
 
 void Entry::start(QWidget& widget, QWidget& pressed) {
   widget_ = &widget;
-  widget.setAccessibleName(QString::fromStdString(box_.Name));
+  widget.setAccessibleName(spoken_name(box_));
   new MouseTap(link_, pressed, box_);
   sync();
   made_ = true;

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QScopedValueRollback>
 #include <QWindow>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -11,6 +12,7 @@
 #include "desktop/entries.h"
 #include "desktop/icons.h"
 #include "desktop/keys.h"
+#include "desktop/label_widget.h"
 #include "desktop/list_widget.h"
 #include "desktop/painting.h"
 #include "desktop/show_state.h"
@@ -87,6 +89,21 @@ bool FormWindow::within_sight(Control& control) const {
   return place.intersects({0, 0, pixels(box.Width), pixels(box.Height)}) && within_sight(box);
 }
 
+// Whether the widget of a control is to be there. Out of sight is out of the way too: a box that nobody sees must not
+// have the keyboard, nor a caret that blinks. Nor is a label there that says nothing, or lies under a box as a whole.
+bool FormWindow::to_be_shown(Control& control) const {
+  if (!control.Visible) return false;
+  if (control.kind() == Kind::picture_box) return true;
+  if (!within_sight(control)) return false;
+  if (control.kind() != Kind::label) return true;
+  const auto covers = [&](const Control* other) {
+    return other->Visible && (other->kind() == Kind::picture_box || other->kind() == Kind::text_box) &&
+           place_of(*other).contains(place_of(control));
+  };
+  const auto& others = control.Container().children;
+  return !spoken_text(control).empty() && std::none_of(others.begin(), others.end(), covers);
+}
+
 FormWindow::Child FormWindow::make_child(Control& control) {
   const auto mirror = [](auto* widget) { return Child{widget, widget}; };
   SurfaceWidget* parent = holder(control);
@@ -100,6 +117,8 @@ FormWindow::Child FormWindow::make_child(Control& control) {
       if (box.MultiLine) return mirror(new TextEntry(link_, box, parent));
       return mirror(new LineEntry(link_, box, parent));
     }
+    case Kind::label:
+      return mirror(new LabelWidget(link_, static_cast<platform::Label&>(control), parent));
     case Kind::check_box:
       return mirror(new CheckEntry(link_, static_cast<platform::CheckBox&>(control), parent));
     default:
@@ -110,6 +129,7 @@ FormWindow::Child FormWindow::make_child(Control& control) {
 // Widgets that were made only when they came into sight take the place among the others that their order gives them.
 void FormWindow::restack(const platform::Surface& surface) {
   for (const Control* child : surface.children) {
+    if (child->kind() == Kind::label) continue;
     if (const auto found = children_.find(child); found != children_.end()) found->second.widget->raise();
   }
 }
@@ -120,6 +140,7 @@ void FormWindow::sync(Control& control) {
     case Kind::text_box:
     case Kind::check_box:
     case Kind::list_view:
+    case Kind::label:
       break;
     default:
       return;
@@ -127,10 +148,9 @@ void FormWindow::sync(Control& control) {
   auto found = children_.find(&control);
   if (found == children_.end()) {
     // What cannot be seen costs nothing. Picture boxes are always made: they hold other controls.
-    if (control.kind() != Kind::picture_box && !(control.Visible && within_sight(control))) return;
+    if (control.kind() != Kind::picture_box && !to_be_shown(control)) return;
     found = children_.emplace(&control, make_child(control)).first;
     restack(control.Container());
-    if (control.kind() == Kind::list_view && top_->focusWidget() == nullptr) found->second.widget->setFocus();
   }
   const Child own = found->second;
   QWidget& widget = *own.widget;
@@ -142,13 +162,32 @@ void FormWindow::sync(Control& control) {
     }
   }
   own.mirror->sync();
-  // Out of sight is out of the way too: a box that nobody sees must not have the keyboard, nor a caret that blinks.
-  const bool shown = control.Visible && (control.kind() == Kind::picture_box || within_sight(control));
+  const bool shown = to_be_shown(control);
   if (widget.isHidden() != shown) return;
   // What goes out of sight must not keep the keyboard: the keys are the form's then.
   QWidget* const focused = top_->focusWidget();
   if (!shown && focused != nullptr && (focused == &widget || widget.isAncestorOf(focused))) top_->setFocus();
   widget.setVisible(shown);
+  tell_presence(widget);
+  if (is_painted(control.kind())) return;
+  // Labels may have come out from under it, or gone there.
+  for (Control* other : control.Container().children) {
+    if (other->kind() == Kind::label) sync(*other);
+  }
+}
+
+// The keyboard is the first box's or the list's when the window comes to the screen, and the form's where there is
+// none: a label gets it only when the user goes there.
+void FormWindow::give_keyboard() {
+  if (top_->focusWidget() != nullptr) return;
+  top_->setFocus();
+  for (Control* control : form_.Controls) {
+    const auto found = children_.find(control);
+    const bool takes = control->kind() == Kind::text_box || control->kind() == Kind::list_view;
+    if (!takes || found == children_.end() || !found->second.widget->isVisibleTo(top_)) continue;
+    found->second.widget->setFocus();
+    return;
+  }
 }
 
 void FormWindow::sync_place() {
@@ -206,6 +245,7 @@ void FormWindow::show() {
   iconified_ = false;
   sync_form();
   shown_ = true;
+  give_keyboard();
   top_->show();
   // A window manager that keeps iconified windows mapped takes no notice of a wish to map one.
   if (restored) x11_.activate(form_.hWnd);
@@ -297,11 +337,11 @@ void FormWindow::repaint(Control* control) {
     sync(*control);
     return;
   }
+  sync(*control);
   const QRect now = control->Visible ? painted_area(*control) : QRect();
   const QRect before = std::exchange(painted_[control], now);
   if (before.isEmpty() && now.isEmpty()) return;
   holder(*control)->update(before.united(now));
-  if (control->kind() == Kind::label) announce(*holder(*control), static_cast<platform::Label&>(*control));
 }
 
 void FormWindow::refresh(Control* control) {

@@ -76,6 +76,8 @@ class FormWindow final : public QObject, public platform::FormHost {
   void make_window();
   SurfaceWidget* holder(platform::Control& control) const;
   bool within_sight(platform::Control& control) const;
+  bool to_be_shown(platform::Control& control) const;
+  void give_keyboard();
   Child make_child(platform::Control& control);
   void restack(const platform::Surface& surface);
   void sync(platform::Control& control);

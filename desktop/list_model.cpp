@@ -10,6 +10,9 @@ namespace desktop {
 void ListModel::reload() {
   beginResetModel();
   rows_ = list_.Count();
+  // What a view does not show must not be there for a screen reader either.
+  constexpr int of_table = 3;
+  columns_ = list_.View == platform::view_report ? of_table : 1;
   endResetModel();
 }
 
@@ -18,8 +21,7 @@ int ListModel::rowCount(const QModelIndex& parent) const {
 }
 
 int ListModel::columnCount(const QModelIndex& parent) const {
-  constexpr int columns = 3;
-  return parent.isValid() ? 0 : columns;
+  return parent.isValid() ? 0 : columns_;
 }
 
 QVariant ListModel::picture(const platform::IconReference& reference, const platform::ImageList* images) {
@@ -42,6 +44,8 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
       return QString::fromStdString(index.column() == 0 ? row.Text : row.SubItems(index.column()));
+    case Qt::AccessibleDescriptionRole:
+      return columns_ == 1 ? QString::fromStdString(row.SubItems(2)) : QString();
     case Qt::DecorationRole:
       if (index.column() != 0) return {};
       return list_.View == platform::view_icon ? picture(row.Icon, list_.Icons)

@@ -27,6 +27,7 @@ class ListModel final : public QAbstractTableModel {
   std::shared_ptr<FormLink> link_;
   platform::ListView& list_;
   int rows_ = 0;
+  int columns_ = 1;
 };
 
 }  // namespace desktop

@@ -6,9 +6,41 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/accessible.h"
+#include "desktop/pressing.h"
 #include "desktop/style.h"
 
 namespace desktop {
+
+namespace {
+
+// Tells a screen reader of its current row only while it has the keyboard, and of the chosen one only while it is
+// shown: the toolkit's views tell always, and the reader would go there.
+// NOLINTBEGIN(bugprone-parent-virtual-call): what they add to their own base is just that
+template <class View>
+class DiscreetView final : public View {
+ public:
+  using View::View;
+
+ protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override {
+    if (this->hasFocus()) {
+      View::currentChanged(current, previous);
+    } else {
+      QAbstractItemView::currentChanged(current, previous);
+    }
+  }
+  void selectionChanged(const QItemSelection& now, const QItemSelection& before) override {
+    if (this->isVisible()) {
+      View::selectionChanged(now, before);
+    } else {
+      QAbstractItemView::selectionChanged(now, before);
+    }
+  }
+};
+// NOLINTEND(bugprone-parent-virtual-call)
+
+}  // namespace
 
 ListWidget::ListWidget(std::shared_ptr<FormLink> link, platform::ListView& list, QWidget* parent)
     : QWidget(parent),
@@ -17,9 +49,8 @@ ListWidget::ListWidget(std::shared_ptr<FormLink> link, platform::ListView& list,
       mouse_(link_, *this, &list, nullptr),
       model_(link_, list),
       painter_(new RowPainter(this)),
-      icons_(new QListView(this)),
-      report_(new QTreeView(this)) {
-  setAccessibleName(QString::fromStdString(list.Name));
+      icons_(new DiscreetView<QListView>(this)),
+      report_(new DiscreetView<QTreeView>(this)) {
   report_->setRootIsDecorated(false);
   report_->setItemsExpandable(false);
   report_->setUniformRowHeights(true);
@@ -40,6 +71,7 @@ ListWidget::ListWidget(std::shared_ptr<FormLink> link, platform::ListView& list,
 }
 
 void ListWidget::watch(QAbstractItemView& view) {
+  view.setAccessibleName(spoken_name(list_));
   view.setModel(&model_);
   view.setItemDelegate(painter_);
   view.setFrameShape(QFrame::NoFrame);
@@ -85,7 +117,11 @@ void ListWidget::take_over() {
   icons_->setVisible(&shown() == icons_);
   report_->setVisible(&shown() == report_);
   if (focused) shown().setFocus();
+  const auto as_table = [this] { return model_.columnCount({}) > 1; };
+  const bool was_table = as_table();
+  if (was_table) widths_ = report_->header()->saveState();
   model_.reload();
+  if (!was_table && as_table() && !widths_.isEmpty()) report_->header()->restoreState(widths_);
   arrange();
   restore(across, down);
 }
@@ -173,6 +209,7 @@ void ListWidget::arrange() {
   icons_->horizontalScrollBar()->setSingleStep(look.cell.width() / steps);
   icons_->verticalScrollBar()->setSingleStep(look.cell.height() / steps);
   report_->verticalScrollBar()->setSingleStep(look.cell.height());
+  if (list_.View != platform::view_report) return;
   const auto same = [](const auto& a, const auto& b) { return a.Text == b.Text && a.Width == b.Width; };
   // The user may have made a column wider since.
   if (std::equal(headings_.begin(), headings_.end(), list_.ColumnHeaders.begin(), list_.ColumnHeaders.end(), same)) {
@@ -239,6 +276,14 @@ bool ListWidget::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::MouseMove:
       if (watched != shown().viewport()) return false;
       return mouse(static_cast<const QMouseEvent&>(*event));
+    case QEvent::FocusIn:
+      // Once the toolkit has told of the view as a whole.
+      link_->events.post([self = QPointer<QWidget>(this), this] {
+        if (self != nullptr && link_->serving()) tell_current(shown());
+      });
+      return false;
+    case QEvent::KeyPress:
+      return watched == &shown() && chooses_first(static_cast<const QKeyEvent&>(*event));
     default:
       return false;
   }
@@ -287,6 +332,17 @@ void ListWidget::picked() {
     list_.select(row);
   }
   link_->call(list_.ItemClick, row);
+}
+
+// While no row is chosen the views stand at the first all the same, and would go on from it to the second, or nowhere.
+// Gives whether the key has chosen it.
+bool ListWidget::chooses_first(const QKeyEvent& key) {
+  const bool arrow = key.key() >= Qt::Key_Left && key.key() <= Qt::Key_Down;
+  take_over();
+  if (list_.selected_row() != 0 || list_.Count() == 0 || !(arrow || key.key() == Qt::Key_Home)) return false;
+  icons_->selectionModel()->setCurrentIndex(model_.index(0, 0),
+                                            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  return true;
 }
 
 void ListWidget::resizeEvent(QResizeEvent* /*event*/) {

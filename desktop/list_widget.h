@@ -1,6 +1,8 @@
 // A list view: the toolkit's list and its table, of which one is shown at a time.
 #pragma once
 
+#include <QByteArray>
+#include <QKeyEvent>
 #include <QListView>
 #include <QTreeView>
 #include <QWidget>
@@ -39,6 +41,7 @@ class ListWidget final : public QWidget, public Mirror {
   bool mouse(const QMouseEvent& event);
   void pressed(QPoint at);
   void picked();
+  bool chooses_first(const QKeyEvent& key);
   void reveal(int row);
   void scroll_by(int across, int down);
 
@@ -50,6 +53,7 @@ class ListWidget final : public QWidget, public Mirror {
   QListView* icons_;
   QTreeView* report_;
   std::vector<platform::ColumnHeader> headings_;  // that the table's columns have been set up for
+  QByteArray widths_;                             // of the table's columns while it is not shown
   int view_ = -1, arrange_ = -1;                  // that the views have been set up for
   bool stale_ = true;                             // something of the list has changed since the views were set up
   bool emptied_ = true;                           // the rows have gone since then

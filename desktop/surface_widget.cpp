@@ -2,7 +2,10 @@
 
 #include <QPaintEvent>
 #include <QPainter>
+#include <algorithm>
+#include <iterator>
 #include <utility>
+#include <vector>
 
 #include "desktop/icons.h"
 #include "desktop/painting.h"
@@ -12,10 +15,20 @@ namespace desktop {
 
 SurfaceWidget::SurfaceWidget(std::shared_ptr<FormLink> link, platform::Surface& surface, platform::PictureBox* box,
                              QWidget* parent)
-    : QWidget(parent), link_(std::move(link)), surface_(surface), box_(box), mouse_(link_, *this, box, &surface) {
+    : QWidget(parent),
+      link_(std::move(link)),
+      surface_(surface),
+      box_(box),
+      mouse_(link_, *this, box, &surface),
+      pressing_(link_, box) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
-  if (box != nullptr) setAccessibleName(QString::fromStdString(box->Name));
+  if (pressing_.possible()) setFocusPolicy(Qt::TabFocus);
+}
+
+void SurfaceWidget::sync() {
+  update();
+  pressing_.name(*this);
 }
 
 void SurfaceWidget::paintEvent(QPaintEvent* event) {
@@ -29,6 +42,7 @@ void SurfaceWidget::paintEvent(QPaintEvent* event) {
   for (const platform::Control* child : surface_.children) {
     if (child->Visible && event->rect().intersects(painted_area(*child))) paint_control(painter, *child);
   }
+  if (hasFocus() && pressing_.possible()) paint_focus(painter, rect());
 }
 
 void SurfaceWidget::mousePressEvent(QMouseEvent* event) {
@@ -61,6 +75,26 @@ void SurfaceWidget::enterEvent(QEnterEvent* event) {
                    event->buttons(), event->modifiers(), event->pointingDevice());
   mouseMoveEvent(&move);
   entered_at_ = event->globalPosition();
+}
+
+void SurfaceWidget::keyPressEvent(QKeyEvent* event) {
+  if (!pressing_.handle(*event)) QWidget::keyPressEvent(event);
+}
+
+// The window's own goes over everything in it that takes the keyboard, in the order in which one reads.
+bool SurfaceWidget::focusNextPrevChild(bool next) {
+  if (!isWindow()) return QWidget::focusNextPrevChild(next);
+  std::vector<QWidget*> stops;
+  for (QWidget* widget : findChildren<QWidget*>()) {
+    if (widget->isVisible() && widget->focusPolicy() != Qt::NoFocus) stops.push_back(widget);
+  }
+  if (stops.empty()) return false;
+  put_in_reading_order(stops, *this);
+  if (!next) std::ranges::reverse(stops);
+  const auto now = std::ranges::find(stops, focusWidget());
+  QWidget* const stop = now == stops.end() || std::next(now) == stops.end() ? stops.front() : *std::next(now);
+  stop->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  return true;
 }
 
 }  // namespace desktop

@@ -7,6 +7,7 @@
 
 #include "desktop/form_link.h"
 #include "desktop/mouse.h"
+#include "desktop/pressing.h"
 
 namespace desktop {
 
@@ -15,12 +16,10 @@ class SurfaceWidget : public QWidget, public Mirror {
   // `box` is the picture box that the surface is, null where it is the form itself.
   SurfaceWidget(std::shared_ptr<FormLink> link, platform::Surface& surface, platform::PictureBox* box, QWidget* parent);
 
-  void sync() override { update(); }
+  void sync() override;
   void release_capture() { mouse_.release_capture(); }
 
-  const std::shared_ptr<FormLink>& link() const { return link_; }
-  // To be looked at only while the link has its form.
-  platform::Surface& surface() const { return surface_; }
+  const Pressing& pressing() const { return pressing_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -29,6 +28,8 @@ class SurfaceWidget : public QWidget, public Mirror {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
 
  private:
   std::shared_ptr<FormLink> link_;
@@ -36,6 +37,7 @@ class SurfaceWidget : public QWidget, public Mirror {
   std::optional<QPointF> entered_at_;  // where the pointer has come in and not moved since, on the screen
   platform::PictureBox* const box_;
   MouseRouter mouse_;
+  Pressing pressing_;
   platform::Picture pointer_;  // that the mouse shows over the widget
 };
 

@@ -14,6 +14,11 @@ void etiquette(platform::Label& label, const char* caption, std::int32_t colour,
   label.Alignment = alignment;
 }
 
+void dire(platform::Label& button, const char* spoken) {
+  button.spoken = spoken;
+  button.role = platform::Role::button;
+}
+
 struct Commande {
   const char* caption;
   float left, top, width;  // twips
@@ -62,6 +67,12 @@ Actions::Actions()
   auto& cadre = Shape3.add(4, Pictitre, "Shape3", {4680, 15, 180, 195});
   cadre.BorderColor = vert;
   etiquette(Bouton.add(4, Pictitre, "Bouton", {4680, 15, 165, 195}), "", vert);
+  dire(Bouton(4), "Fermer Actions");
+  dire(Raz, "Supprimer l'action");
+  Pictitre.spoken = "Barre de titre";
+  Texte.spoken = "Texte à taper";
+  Prog.spoken = "Programme";
+  TextProg.spoken = "Chemin du programme";
   etiquette(lblpatron, "ACTIONS:", vert, platform::Alignment::centre);
   lblpatron.Font = platform::Font{"MS Sans Serif", 8.25F, true};
 
@@ -69,6 +80,7 @@ Actions::Actions()
   etiquette(lblCom.add(1, *this, "lblCom", {1440, 840, 1815, 375}), "Commandes", vert_sombre);
   etiquette(lblCom.add(2, *this, "lblCom", {1440, 1200, 1695, 375}), "Texte", vert_sombre);
   etiquette(lblCom.add(3, *this, "lblCom", {1440, 1560, 2055, 375}), "Programmes/logiciels", vert_sombre);
+  for (const int heading : {1, 2, 3}) lblCom(heading).role = platform::Role::choice;
   Line1.BorderColor = vert;
   Line1.BorderStyle = platform::border_dotted;
   constexpr float hauteur = 255;
@@ -77,6 +89,7 @@ Actions::Actions()
     auto& label = lblComC.add(index, *this, "lblComC", {commande.left, commande.top, commande.width, hauteur});
     etiquette(label, commande.caption, vert_sombre);
     label.Visible = false;
+    label.role = platform::Role::choice;
   }
 
   for (platform::TextBox* box : {&Texte, &TextProg}) {

@@ -16,14 +16,22 @@ void police(platform::Property<platform::Font>& font, std::string name, float si
   font = platform::Font{std::move(name), size, bold};
 }
 
+// What a control is called, and taken for, where it is heard.
+void dire(platform::Control& control, const char* spoken, platform::Role role = platform::Role::content) {
+  control.spoken = spoken;
+  control.role = role;
+}
+
 // A green rounded shape and the label without caption that lies over it.
-void bouton(SK& sk, int index, platform::Surface& surface, platform::Rectangle shape, platform::Rectangle label) {
+void bouton(SK& sk, int index, platform::Surface& surface, platform::Rectangle shape, platform::Rectangle label,
+            const char* spoken) {
   auto& outline = sk.Shape3.add(index, surface, "Shape3", shape);
   outline.BorderColor = vert;
   outline.BackColor = vert;  // shows under the pointer, when the shape fills
   outline.rounded = true;
   auto& over = sk.Bouton.add(index, surface, "Bouton", label);
   etiquette(over, "");
+  dire(over, spoken, platform::Role::button);
 }
 
 void regle(SK& sk, int index, float top) {
@@ -35,7 +43,9 @@ void commande(SK& sk, int index, platform::Rectangle frame, platform::Rectangle 
   outline.BorderColor = vert;
   outline.rounded = true;
   outline.Visible = false;
-  etiquette(sk.lblCom.add(index, sk, "lblCom", place), std::move(caption), platform::Alignment::centre);
+  auto& label = sk.lblCom.add(index, sk, "lblCom", place);
+  etiquette(label, std::move(caption), platform::Alignment::centre);
+  label.role = platform::Role::button;
 }
 
 void poignee(SK& sk, platform::PictureBox& handle, int index, platform::Rectangle shape) {
@@ -87,23 +97,29 @@ void barres(SK& sk) {
 
   etiquette(sk.lblcaption, "STROKE-MIND", platform::Alignment::centre);
   police(sk.lblcaption.Font, "MS Sans Serif", 9.75F, true);
-  bouton(sk, 4, sk.Pictitre, {100, 15, 180, 195}, {100, 15, 165, 195});
-  bouton(sk, 5, sk.Pictitre, {4680, 15, 180, 195}, {4680, 15, 165, 195});
+  bouton(sk, 4, sk.Pictitre, {100, 15, 180, 195}, {100, 15, 165, 195}, "Terminer l'application");
+  bouton(sk, 5, sk.Pictitre, {4680, 15, 180, 195}, {4680, 15, 165, 195}, "Cacher l'application");
 
   etiquette(sk.lblRes, "");
   etiquette(sk.lblNmodel, "", platform::Alignment::right);
   etiquette(sk.lblpatron, "Patron(s)", platform::Alignment::centre);
   etiquette(sk.Bouton.add(7, sk.PicRes, "Bouton", {3600, 15, 165, 195}), "?");
   etiquette(sk.Bouton.add(6, sk.PicRes, "Bouton", {3840, 15, 165, 195}), "A");
-  bouton(sk, 0, sk.PicRes, {4080, 15, 180, 195}, {4080, 15, 165, 195});
-  bouton(sk, 1, sk.PicRes, {4280, 15, 180, 195}, {4280, 15, 165, 195});
-  bouton(sk, 2, sk.PicRes, {4470, 15, 180, 195}, {4470, 0, 165, 195});
-  bouton(sk, 3, sk.PicRes, {4660, 15, 180, 195}, {4660, 0, 165, 195});
+  dire(sk.Bouton(7), "À propos", platform::Role::button);
+  dire(sk.Bouton(6), "Aide", platform::Role::button);
+  bouton(sk, 0, sk.PicRes, {4080, 15, 180, 195}, {4080, 15, 165, 195}, "Affichage: grandes icônes");
+  bouton(sk, 1, sk.PicRes, {4280, 15, 180, 195}, {4280, 15, 165, 195}, "Affichage: petites icônes");
+  bouton(sk, 2, sk.PicRes, {4470, 15, 180, 195}, {4470, 0, 165, 195}, "Affichage: liste");
+  bouton(sk, 3, sk.PicRes, {4660, 15, 180, 195}, {4660, 0, 165, 195}, "Affichage: détails");
+  dire(sk.lblpatron, "Patron(s), enregistrer sur fichier", platform::Role::button);
+  dire(sk.Pictitre, "Barre de titre");
+  dire(sk.PicRes, "Barre d'état");
 }
 
 void panneau(SK& sk) {
   sk.Pictxt.ForeColor = vert;
   sk.Pictxt.Visible = false;
+  sk.Pictxt.role = platform::Role::notice;
   police(sk.Pictxt.Font, "OCR A Extended", 8.25F);
   for (const auto& [index, top, width] : {std::tuple{0, 0.0F, 5000.0F}, std::tuple{1, 2730.0F, 4930.0F}}) {
     auto& strip = sk.PicSplash.add(index, sk.Pictxt, "PicSplash", {8, top, width, 150});
@@ -115,6 +131,8 @@ void panneau(SK& sk) {
   poignee(sk, sk.ScrollX, 6, {0, 0, 495, 165});
   poignee(sk, sk.ScrollY, 7, {0, 0, 165, 495});
   sk.ScrollY.Visible = false;
+  dire(sk.ScrollX, "Défilement horizontal");
+  dire(sk.ScrollY, "Défilement vertical");
 }
 
 void hors_de_vue(SK& sk) {
@@ -180,11 +198,14 @@ SK::SK()
   LV.ForeColor = vert;
   LV.ColumnHeaders = {{"Nom", 1600}, {"Nombre de Points", 500}, {"Actions ou Commandes", 2850}};
   panneau(*this);
+  dire(LV, "Patrons");
+  dire(PicIco, "Miniature du dernier dessin");
   PicIco.ScaleMode = platform::scale_pixels;
   PicIco.BackColor = vert_fonce;
   PicIco.ForeColor = vert;
   commande(*this, 0, {1440, 3480, 1575, 555}, {1560, 3555, 1335, 420}, "Supprimer le patron");
   commande(*this, 2, {3240, 3480, 1575, 555}, {3360, 3555, 1335, 420}, "Enregistrer le dessin ");
   etiquette(lblinfo, "");
+  lblinfo.role = platform::Role::status;
   hors_de_vue(*this);
 }

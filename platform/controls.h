@@ -58,6 +58,11 @@ inline constexpr int copy_pen = 13;
 
 enum class Alignment { left, right, centre };
 
+// What a control is to somebody who hears the screen, or has no mouse: something to be told of, something to press, one
+// of several to choose from by a press, the line that tells what happens, or a panel that is read out when it comes
+// into sight and can be pressed.
+enum class Role { content, button, choice, status, notice };
+
 class Control : public Component {
  public:
   Control(Surface& container, std::string name, Rectangle place);
@@ -79,6 +84,8 @@ class Control : public Component {
   int Index = -1;  // position in its control array, -1 outside one
   Property<float> Left, Top, Width, Height;
   Property<bool> Visible{*this, true};
+  Property<std::string> spoken{*this, {}};  // its name where it is heard; a label without goes by its caption
+  Role role = Role::content;                // settled when the form is made
 
   ClickHandler Click, DblClick;
   MouseHandler MouseDown, MouseMove, MouseUp;
@@ -128,6 +135,7 @@ class Label : public Control {
   Property<int> BackStyle{*this, transparent};
   Property<platform::Alignment> Alignment{*this, platform::Alignment::left};
   Property<platform::Font> Font{*this, {}};
+  Property<bool> chosen{*this, false};     // of a choice: the one, as its colour shows
   Property<Picture> MouseIcon{*this, {}};  // the pointer over the label; none: the usual one
 };
 

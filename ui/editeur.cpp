@@ -27,8 +27,10 @@ constexpr const char* invite_chemin = "Entrer ici son chemin d'accès:";
 
 // Highlights one heading.
 void accentuer(Actions& form, int index, std::int32_t couleur) {
-  for (int heading = genre_commande; heading <= genre_programme; ++heading)
+  for (int heading = genre_commande; heading <= genre_programme; ++heading) {
     form.lblCom(heading).ForeColor = vert_sombre;
+    form.lblCom(heading).chosen = heading == index;
+  }
   form.lblCom(index).ForeColor = couleur;
 }
 
@@ -110,7 +112,8 @@ void Editeur::lire_action(Actions& form, const std::string& action) {
     form.Prog.Visible = false;
     form.Texte.Visible = false;
     for (const auto& command : form.lblComC) {
-      if (command->Caption.get() == action_lue) command->ForeColor = couleur;
+      command->chosen = command->Caption.get() == action_lue;
+      if (command->chosen) command->ForeColor = couleur;
     }
   } else if (genre == "T:") {
     accentuer(form, genre_texte, couleur);
@@ -214,7 +217,10 @@ void Editeur::lblCom_MouseDown(Actions& form, int Index, int Button) {
 }
 
 void Editeur::lblComC_MouseDown(Actions& form, int Index) {
-  for (const auto& command : form.lblComC) command->ForeColor = vert_sombre;
+  for (const auto& command : form.lblComC) {
+    command->ForeColor = vert_sombre;
+    command->chosen = command->Index == Index;
+  }
   form.lblComC(Index).ForeColor = programme_.theme.couleur_theme;
 }
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 
 #include "platform/drawing.h"
 #include "store/liste.h"
@@ -94,6 +95,10 @@ void Panneaux::ouvrir_aide() {
   sk_.PicSplash(1).Visible = false;
   sk_.Pictxt.Cls();
   sk_.Pictxt.ForeColor = theme_.couleur_theme;
+  // Without the ornaments, which would be spelt out.
+  std::string texte = sk_.Texte.Text;
+  std::erase(texte, ':');
+  sk_.Pictxt.spoken = texte;
   sk_.Pictxt.Visible = true;
   sk_.ScrollX.Visible = false;
   sk_.ScrollY.Visible = true;
@@ -130,6 +135,9 @@ void Panneaux::basculer_apropos() {
 }
 
 void Panneaux::ouvrir_apropos() {
+  sk_.PicSplash(0).spoken = "Strokemind pour XP, version 2.0.0";
+  sk_.PicSplash(1).spoken = std::string("Mail: ") + adresse;
+  sk_.Pictxt.spoken = "À propos: " + sk_.PicSplash(0).spoken.get() + ", " + sk_.PicSplash(1).spoken.get();
   sk_.Pictxt.Visible = true;
   sk_.Pictxt.Cls();
   sk_.Check1.Value = 0;

@@ -1,7 +1,6 @@
 // What the screen shows of a form: places, colours, order, texts; and what a screen reader is told of it.
 #include <gtest/gtest.h>
 
-#include <QAccessible>
 #include <QWidget>
 
 #include "tests/desktop/stage.h"
@@ -132,41 +131,6 @@ TEST_F(PaintingTest, TextsStandWhereTheirLabelsPutThem) {
   EXPECT_TRUE(ink(50, 107, 100, 6)) << "CR LF begins a line";
   EXPECT_FALSE(ink(50, 113, 100, 1)) << "lines close up where their label is low";
   EXPECT_TRUE(ink(147, 114, 3, 20) && !ink(150, 0, 50, TestForm::height)) << "nothing stands outside of the labels";
-}
-
-void collect(QAccessibleInterface& from, std::map<std::string, QAccessibleInterface*>& found) {
-  for (int i = 0; i < from.childCount(); ++i) {
-    QAccessibleInterface* child = from.child(i);
-    EXPECT_EQ(from.indexOfChild(child), i);
-    found[child->text(QAccessible::Name).toStdString()] = child;
-    collect(*child, found);
-  }
-}
-
-TEST_F(PaintingTest, AScreenReaderFindsControlsByNameAndCanPressThem) {
-  PictureBox bar(form, "PicRes", twips(10, 20, 100, 40));
-  Label bare(bar, "Bouton", twips(30, 10, 20, 20)), info(form, "lblinfo", twips(10, 100, 100, 20));
-  bare.Index = 4;
-  info.Caption = "Prêt...";
-  Label hidden(form, "hidden", twips(0, 0, 20, 20));
-  hidden.Visible = false;
-  const platform::TextBox box(form, "Texte", twips(10, 130, 100, 20));
-  int clicks = 0;
-  bare.Click = [&] { ++clicks; };
-  show(form);
-  std::map<std::string, QAccessibleInterface*> found;
-  collect(*QAccessible::queryAccessibleInterface(QWidget::find(form.hWnd)), found);
-  for (const char* name : {"PicRes", "Bouton4", "Prêt...", "Texte"}) ASSERT_TRUE(found.contains(name)) << name;
-  EXPECT_FALSE(found.contains("hidden"));
-  QAccessibleInterface& button = *found["Bouton4"];
-  EXPECT_EQ(button.role(), QAccessible::PushButton);
-  EXPECT_EQ(button.rect(), QRect(TestForm::left + 40, TestForm::top + 30, 20, 20));
-  EXPECT_EQ(button.parent()->childAt(TestForm::left + 45, TestForm::top + 35), &button);
-  button.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-  EXPECT_EQ(clicks, 1);
-  windows.unload(form);
-  EXPECT_FALSE(button.isValid());
-  EXPECT_EQ(button.text(QAccessible::Name), QString());
 }
 
 }  // namespace
