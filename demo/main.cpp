@@ -113,9 +113,8 @@ class Play {
     tell("drawn again: the terminal got the text; the film of it is geste.gif", typed);
     session_.draw(circle());
     // The terminal has come to where it did not reach before.
-    tell("the circle maximised the terminal", look_until([&] {
-           return session_.user.pixels(60, 780, 1, 1) == session_.user.pixels(200, 300, 1, 1);
-         }));
+    tell("the circle maximised the terminal",
+         look_until([&] { return session_.user.pixels(60, 780, 1, 1) == session_.user.pixels(200, 300, 1, 1); }));
   }
   void quit() {
     session_.click(close_button);

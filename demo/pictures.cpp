@@ -3,6 +3,7 @@
 #include <X11/keysym.h>
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <utility>
 #include <vector>
@@ -92,9 +93,14 @@ class Pictures {
     session_.click(about_button);
   }
   void saving() {
-    session_.draw({{100, 300}, {100, 400}, {200, 400}});
+    Path circle;  // no patron looks like it
+    for (int degrees = 0; degrees <= 360; degrees += 10) {
+      const double angle = degrees * 3.14159265 / 180;
+      circle.emplace_back(150 - static_cast<int>(80 * std::sin(angle)), 300 - static_cast<int>(80 * std::cos(angle)));
+    }
+    session_.draw(circle);
     session_.click(save_label);
-    session_.type("coin");
+    session_.type("rond");
     Session::look();
     Area dialog = session_.window_area();
     dialog.left -= dialog.width / 12;

@@ -50,9 +50,8 @@ Session::Session(const Setting& setting)
   std::filesystem::create_directories(home_ / "run");
   std::filesystem::permissions(home_ / "run", std::filesystem::perms::owner_all);
   constexpr int twips = 15;  // a pixel
-  std::ofstream(profile(), std::ios::binary)
-      << setting.profile << "[Pos]\r\nX=" << setting.window.first * twips << "\r\nY=" << setting.window.second * twips
-      << "\r\n";
+  std::ofstream(profile(), std::ios::binary) << setting.profile << "[Pos]\r\nX=" << setting.window.first * twips
+                                             << "\r\nY=" << setting.window.second * twips << "\r\n";
   server.make_current();
 }
 
@@ -66,8 +65,8 @@ void Session::start_tray() {
 }
 
 void Session::start_terminal() {
-  terminal_ = stage::Process({"xterm", "-fa", "monospace", "-fs", "10", "-geometry", "56x22+30+30", "-title", "Terminal",
-                              "-e", "sh", "-c", "cat > \"$HOME/terminal.txt\""},
+  terminal_ = stage::Process({"xterm", "-fa", "monospace", "-fs", "10", "-geometry", "56x22+30+30", "-title",
+                              "Terminal", "-e", "sh", "-c", "cat > \"$HOME/terminal.txt\""},
                              environment());
 }
 

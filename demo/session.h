@@ -59,8 +59,8 @@ class Session {
   void type(const std::string& text);
   // With the right button.
   void draw(const Path& shape);
-  // The same at a hand's pace. What this part of the screen shows meanwhile, and until what follows has come to its end,
-  // becomes an animated picture.
+  // The same at a hand's pace. What this part of the screen shows meanwhile, and until what follows has come to its
+  // end, becomes an animated picture.
   void film(const Path& shape, Area area, const std::filesystem::path& picture, const std::function<void()>& follows);
   void screenshot(const std::filesystem::path& picture);
   void screenshot(const std::filesystem::path& picture, Area area);
