@@ -171,8 +171,8 @@ void paint_canvas(QPainter& painter, const platform::Canvas& canvas) {
   const QImage image(bytes, canvas.width(), canvas.height(), QImage::Format_ARGB32);
   const QSizeF size = QSizeF(image.size()) / canvas.density();
   const QPointF corner = snapped(painter, QRectF(QPointF(0, 0), size)).topLeft();
-  // A canvas has whole pixels of the design: on a screen of 1.25 or 1.5 of its own pixels to each it is made smaller, and
-  // strokes of letters must not fall through between two of them.
+  // A canvas has whole pixels of the design: on a screen of 1.25 or 1.5 of its own pixels to each it is made smaller,
+  // and strokes of letters must not fall through between two of them.
   const bool shrinks = painter.deviceTransform().m11() != canvas.density();
   painter.setRenderHint(QPainter::SmoothPixmapTransform, shrinks);
   painter.drawImage(QRectF(corner, size), image);

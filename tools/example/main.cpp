@@ -49,8 +49,9 @@ Mod_dessin::Patron drawn(const example::Example& shape, SK& sk) {
 // One axis in the middle of a picture of 96 by 96.
 std::vector<double> centred(const std::vector<double>& values, double scale) {
   const auto [least, most] = std::minmax_element(values.begin(), values.end());
-  std::vector<double> moved;
-  for (const double value : values) moved.push_back(48 + (value - (*least + *most) / 2) * scale);
+  std::vector<double> moved(values.size());
+  std::transform(values.begin(), values.end(), moved.begin(),
+                 [&](double value) { return 48 + (value - (*least + *most) / 2) * scale; });
   return moved;
 }
 
