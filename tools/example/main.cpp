@@ -50,8 +50,9 @@ Mod_dessin::Patron drawn(const example::Example& shape, SK& sk) {
 std::vector<double> centred(const std::vector<double>& values, double scale) {
   const auto [least, most] = std::minmax_element(values.begin(), values.end());
   std::vector<double> moved(values.size());
+  const double middle = (*least + *most) / 2;
   std::transform(values.begin(), values.end(), moved.begin(),
-                 [&](double value) { return 48 + (value - (*least + *most) / 2) * scale; });
+                 [&](double value) { return 48 + (value - middle) * scale; });
   return moved;
 }
 
