@@ -20,7 +20,7 @@ test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev libatspi2.0-dev python3 git
   xvfb openbox xfwm4 metacity picom trayer tint2 dbus-x11 at-spi2-core
   xdotool xterm x11-utils x11-xkb-utils x11-xserver-utils xclip featherpad mousepad
-  fontconfig imagemagick clang-format clang-tidy shellcheck clang libclang-rt-dev
+  fontconfig imagemagick strace clang-format clang-tidy shellcheck clang libclang-rt-dev
 )
 
 # install_missing PACKAGE...: installs those that are not there; does not touch the network when all are.

@@ -48,11 +48,11 @@ void paint_label(QPainter& painter, const platform::Label& label) {
     count += layout.lineCount() == 0 ? 1 : 0;
   }
 
-  // Lines stand as close as the face is high. Where they would not all fit they close up, as far as the design's face,
-  // which is lower than most, would have.
+  // Lines stand as close as the face is high. Where they leave no room to spare they close up, as far as the design's
+  // face, which is lower than most, would have: the last row of a label may be the frame of its window.
   const QFontMetrics metrics(font);
   int pitch = metrics.ascent() + metrics.descent();
-  if (count > 1 && count * pitch > area.height())
+  if (count > 1 && count * pitch >= area.height())
     pitch = std::min(std::max(area.height() / count, 1), font.pixelSize());
   int top = 0;
   for (QTextLayout& layout : paragraphs) {
@@ -171,6 +171,10 @@ void paint_canvas(QPainter& painter, const platform::Canvas& canvas) {
   const QImage image(bytes, canvas.width(), canvas.height(), QImage::Format_ARGB32);
   const QSizeF size = QSizeF(image.size()) / canvas.density();
   const QPointF corner = snapped(painter, QRectF(QPointF(0, 0), size)).topLeft();
+  // A canvas has whole pixels of the design: on a screen of 1.25 or 1.5 of its own pixels to each it is made smaller,
+  // and strokes of letters must not fall through between two of them.
+  const bool shrinks = painter.deviceTransform().m11() != canvas.density();
+  painter.setRenderHint(QPainter::SmoothPixmapTransform, shrinks);
   painter.drawImage(QRectF(corner, size), image);
 }
 
