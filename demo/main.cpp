@@ -1,6 +1,8 @@
 // A recorded session: somebody sits down at a private screen, draws with the right button, saves patterns, binds
 // actions to them and draws again. What the program makes of it is told line by line, as it shows on the outside: in
 // its file, in a terminal, on the screen. Screenshots stay in the folder demo/ beside the program.
+//
+// usage: strokemind_demo [PROGRAM [FOLDER]]     plays with this program; demo/ comes to lie in FOLDER
 #include <X11/keysym.h>
 
 #include <algorithm>
@@ -74,8 +76,8 @@ std::string contents(const std::filesystem::path& file) {
 
 class Session {
  public:
-  Session() : window_manager_(stage::start_window_manager(server_)), user_(server_) {
-    shots_ = std::filesystem::path(PROGRAM_FOLDER) / "demo";
+  Session(const std::string& program, const std::filesystem::path& folder)
+      : window_manager_(stage::start_window_manager(server_)), user_(server_), shots_(folder / "demo") {
     std::filesystem::remove_all(shots_);
     home_ = shots_ / "home";
     std::filesystem::create_directories(home_ / ".config/strokemind");
@@ -87,7 +89,7 @@ class Session {
                            environment());
     terminal_ = stage::Process({"xterm", "-geometry", "60x16+60+60", "-e", "sh", "-c", "cat > \"$HOME/terminal.txt\""},
                                environment());
-    program_ = stage::Process({PROGRAM_FOLDER "/Strokemind"}, environment());
+    program_ = stage::Process({program}, environment());
   }
 
   // Plays it; gives whether everything came out as it should.
@@ -205,6 +207,8 @@ class Session {
 
 }  // namespace
 
-int main() {
-  return Session().play() ? 0 : 1;
+int main(int argc, char** argv) {
+  const std::string program = argc > 1 ? argv[1] : PROGRAM_FOLDER "/Strokemind";
+  const std::string folder = argc > 2 ? argv[2] : PROGRAM_FOLDER;
+  return Session(program, folder).play() ? 0 : 1;
 }
