@@ -9,3 +9,5 @@ for state in on off; do
 done
 rsvg-convert --width 414 --height 368 --output about.png about.svg
 rsvg-convert --width 32 --height 32 --output pointer.png pointer.svg
+# Only for the menus of desktops; the program itself has no use for it, so it stays out of the binary.
+rsvg-convert --width 256 --height 256 --output ../../packaging/icons/strokemind-256.png strokemind-on.svg

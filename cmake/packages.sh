@@ -21,7 +21,12 @@ test_packages=(
   xvfb openbox xfwm4 metacity picom trayer tint2 dbus-x11 at-spi2-core
   xdotool xterm x11-utils x11-xkb-utils x11-xserver-utils xclip featherpad mousepad
   fontconfig imagemagick strace clang-format clang-tidy shellcheck clang libclang-rt-dev
+  desktop-file-utils appstream man-db
 )
+
+# For tools/package.
+# shellcheck disable=SC2034
+package_packages=(dpkg-dev lintian debootstrap)
 
 # install_missing PACKAGE...: installs those that are not there; does not touch the network when all are.
 install_missing() {

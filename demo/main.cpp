@@ -2,22 +2,22 @@
 // actions to them and draws again. What the program makes of it is told line by line, as it shows on the outside: in
 // its file, in a terminal, on the screen. Screenshots stay in the folder demo/ beside the program.
 //
-// usage: strokemind_demo                                plays it
+// usage: strokemind_demo [PROGRAM [FOLDER]]             plays it, with this program; demo/ comes to lie in FOLDER
 //        strokemind_demo --pictures FOLDER [SCALE]      makes the pictures of the guides instead
 #include <X11/keysym.h>
 
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include "demo/pictures.h"
 #include "demo/session.h"
+#include "stage/desk.h"
 
 namespace {
 
-using demo::Path;
+using stage::Path;
 
 // Where things are within the window, pixels; rows of the list fill columns of two.
 constexpr std::pair first_row{45, 45};
@@ -46,6 +46,10 @@ Path circle() {
 
 class Play {
  public:
+  Play(const std::string& program, const std::filesystem::path& folder)
+      : shots_(folder / "demo"),
+        session_({.screen = "1200x800x24", .folder = shots_, .profile = "", .window = {560, 60}, .program = program}) {}
+
   // Plays it; gives whether everything came out as it should.
   bool play() {
     session_.start_tray();
@@ -75,7 +79,7 @@ class Play {
     session_.screenshot(shots_ / name);
   }
   bool file_has(const std::string& text) {
-    return look_until([&] { return demo::contents(session_.profile()).find(text) != std::string::npos; });
+    return look_until([&] { return stage::contents(session_.profile()).find(text) != std::string::npos; });
   }
 
   void save(const Path& shape, const std::string& typed, const std::string& name) {
@@ -122,8 +126,8 @@ class Play {
     tell("closed; both actions are in the file", status == 0 && file_has("=T:bonjour") && file_has("=C:Agrandir"));
   }
 
-  const std::filesystem::path shots_ = std::filesystem::path(PROGRAM_FOLDER) / "demo";
-  demo::Session session_{{.screen = "1200x800x24", .folder = shots_, .profile = "", .window = {560, 60}}};
+  const std::filesystem::path shots_;
+  demo::Session session_;
   int step_ = 0;
   bool well_ = true;
 };
@@ -131,10 +135,13 @@ class Play {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 1) return Play().play() ? 0 : 1;
-  if ((argc == 3 || argc == 4) && std::strcmp(argv[1], "--pictures") == 0) {
+  const std::string program = argc > 1 ? argv[1] : PROGRAM_FOLDER "/Strokemind";
+  if (program == "--pictures" && (argc == 3 || argc == 4)) {
     return demo::take_pictures(argv[2], argc == 4 ? argv[3] : "1") ? 0 : 1;
   }
-  std::fputs("usage: strokemind_demo [--pictures FOLDER [SCALE]]\n", stderr);
-  return 2;
+  if (program.starts_with("-") || argc > 3) {
+    std::fputs("usage: strokemind_demo [PROGRAM [FOLDER]] | --pictures FOLDER [SCALE]\n", stderr);
+    return 2;
+  }
+  return Play(program, argc > 2 ? argv[2] : PROGRAM_FOLDER).play() ? 0 : 1;
 }

@@ -35,7 +35,7 @@ class Pictures {
       : folder_(std::move(folder)),
         session_({.screen = "1600x1200x24",
                   .folder = std::filesystem::path(PROGRAM_FOLDER) / "pictures",
-                  .profile = without_place(contents(SOURCE_TREE "/assets/example/Strokemind.AI")),
+                  .profile = without_place(stage::contents(SOURCE_TREE "/assets/example/Strokemind.AI")),
                   .window = {300, 120},
                   .scale = scale}) {
     std::filesystem::create_directories(folder_);

@@ -12,32 +12,9 @@ namespace {
 
 constexpr auto between_strokes = std::chrono::milliseconds(800);  // strokes that follow faster are not recognised
 constexpr auto double_click = std::chrono::milliseconds(60);
-constexpr int points_a_frame = 6;  // of a stroke that is filmed
+constexpr int points_a_frame = 7;  // of a stroke that is filmed
 
 }  // namespace
-
-Path by_hand(const Path& corners) {
-  constexpr double step = 5;
-  Path path{corners.front()};
-  for (std::size_t n = 1; n < corners.size(); ++n) {
-    const auto [x, y] = corners[n - 1];
-    const double dx = corners[n].first - x;
-    const double dy = corners[n].second - y;
-    const int steps = std::max(1, static_cast<int>(std::hypot(dx, dy) / step));
-    for (int k = 1; k <= steps; ++k) {
-      path.emplace_back(x + static_cast<int>(std::lround(dx * k / steps)),
-                        y + static_cast<int>(std::lround(dy * k / steps)));
-    }
-  }
-  return path;
-}
-
-std::string contents(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << stream.rdbuf();
-  return bytes.str();
-}
 
 Session::Session(const Setting& setting)
     : server(setting.screen),
@@ -71,7 +48,7 @@ void Session::start_terminal() {
 }
 
 void Session::start_program() {
-  program = stage::Process({PROGRAM_FOLDER "/Strokemind"}, environment());
+  program = stage::Process({setting_.program}, environment());
 }
 
 std::vector<std::string> Session::environment() const {
@@ -126,7 +103,7 @@ void Session::type(const std::string& text) {
 
 void Session::draw(const Path& shape) {
   std::this_thread::sleep_for(between_strokes);
-  user.draw(3, by_hand(shape));
+  user.draw(3, stage::along(shape));
   look();
 }
 
@@ -138,7 +115,7 @@ void Session::film(const Path& shape, Area area, const std::filesystem::path& pi
   frame(area);
   frames_.insert(frames_.end(), {"-delay", "6"});
   user.begin_stroke(3, shape.front().first, shape.front().second);
-  const Path path = by_hand(shape);
+  const Path path = stage::along(shape);
   for (std::size_t k = 0; k < path.size(); ++k) {
     user.move_to(path[k].first, path[k].second);
     if (k % points_a_frame == 0) {

@@ -8,21 +8,16 @@
 #include <utility>
 #include <vector>
 
+#include "stage/desk.h"
 #include "stage/xserver.h"
 
 namespace demo {
 
-using Path = std::vector<std::pair<int, int>>;
+using stage::Path;
 
 // The size of the main window, pixels at scale 1.
 inline constexpr std::pair window_size{334, 301};
 inline constexpr auto a_look = std::chrono::milliseconds(700);  // so that a person can follow
-
-// Points every few pixels, as a hand moves a mouse.
-Path by_hand(const Path& corners);
-
-// The bytes of a file, empty where it cannot be read.
-std::string contents(const std::filesystem::path& file);
 
 // A part of the screen, pixels.
 struct Area {
@@ -35,6 +30,7 @@ struct Setting {
   std::string profile;                  // bytes; the window's place is added
   std::pair<int, int> window{820, 60};  // where the main window stands, pixels at scale 1
   std::string scale = "1";              // of the program's windows
+  std::string program = PROGRAM_FOLDER "/Strokemind";
 };
 
 class Session {
@@ -46,7 +42,7 @@ class Session {
   void start_terminal();
   void start_program();
   // What was typed into the terminal.
-  std::string typed() const { return contents(home_ / "terminal.txt"); }
+  std::string typed() const { return stage::contents(home_ / "terminal.txt"); }
   std::filesystem::path profile() const { return home_ / ".config/strokemind/Strokemind.AI"; }
   // Waits until the condition holds, then as long as a person looks.
   static bool look_until(const std::function<bool()>& condition);

@@ -72,7 +72,7 @@ struct Desktop::Parts {
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(QStringLiteral("Strokemind"));
     QApplication::setWindowIcon(icon_of({1, "on"}));  // of boxes that belong to no window
-    QGuiApplication::setDesktopFileName(QStringLiteral("strokemind"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.strokemind.strokemind"));
     QCoreApplication::installTranslator(&french);
     install_accessibility();
   }

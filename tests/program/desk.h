@@ -17,7 +17,8 @@ class Desk : public stage::Desk {
   Desk& operator=(const Desk&) = delete;
 
   void screenshot(const std::string& name) const {
-    stage::Desk::screenshot(std::string(testing::UnitTest::GetInstance()->current_test_info()->name()) + "-" + name);
+    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+    stage::Desk::screenshot(std::string(test != nullptr ? test->name() : "suite") + "-" + name);
   }
 };
 
