@@ -3,6 +3,7 @@
 // any of them makes the exit status 1.
 // usage: hook_reliability [presses [deaths [seed [manager...]]]], by default 300, 40, 1 and three managers, one of them
 // with a compositor beside it, too; presses alone where there are no deaths
+//        hook_reliability --replay TRACE [manager...]: what was recorded of a hand (stage/trace.h), at its own pace
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
@@ -20,20 +21,22 @@
 #include <fstream>
 #include <iostream>
 #include <random>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "hooklib/recording.h"
-#include "stage/xserver.h"
 #include "stage/hook_parties.h"
+#include "stage/trace.h"
+#include "stage/xserver.h"
 
 namespace {
 
 using stage::DisplayHandle;
-using stage::Path;
 using stage::eventually;
+using stage::Path;
 using stage::Process;
 using Clock = std::chrono::steady_clock;
 using Lines = std::vector<std::string>;
@@ -81,6 +84,7 @@ class Trial {
   }
 
   void presses(int count);
+  void replay(const std::string& file);
   void deaths(int count);
   void long_stroke();
   void idle();
@@ -205,6 +209,52 @@ void Trial::presses(int count) {
   std::printf(
       "%s: %d pressed = %d reported + %d clicked + %d handed over + %d cancelled; resident %ld kB, grown by %ld kB\n",
       manager_name_.c_str(), count, reported, clicked, handed, cancelled, memory, growth);
+}
+
+// What is to become of the presses of a trace: one with Ctrl held is the application's, as is too small a stroke.
+struct Expected {
+  int strokes = 0, others = 0;
+};
+
+Expected expect_of(std::istream& trace) {
+  constexpr int least_stroke = 20;
+  Expected expected;
+  int left = 0, right = 0, top = 0, bottom = 0, x = 0, y = 0;
+  bool control = false, drawing = false;
+  std::string time, device, kind, what;
+  for (std::string line; std::getline(trace, line);) {
+    std::istringstream words(line);
+    words >> time >> device >> kind >> what;
+    if (kind == "motion") x = std::stoi(what), words >> y;
+    if (what == "Control_L") control = kind == "key-down";
+    if (kind == "press" && what == "3") {
+      drawing = !control, expected.others += control ? 1 : 0;
+      left = right = x, top = bottom = y;
+    }
+    if (!drawing) continue;
+    left = std::min(left, x), right = std::max(right, x), top = std::min(top, y), bottom = std::max(bottom, y);
+    if (kind != "release" || what != "3") continue;
+    const bool small = right - left < least_stroke && bottom - top < least_stroke;
+    ++(small ? expected.others : expected.strokes);
+    drawing = false;
+  }
+  return expected;
+}
+
+void Trial::replay(const std::string& file) {
+  std::ifstream trace(file);
+  const auto [strokes, others] = expect_of(trace);
+  trace.clear();
+  trace.seekg(0);
+  target_.forget();
+  if (strokes + others == 0 || !stage::replay(trace, user_)) return fault("nothing to play in " + file, 0);
+  const bool free = fence();
+  int reported = 0;
+  for (std::string line; reported < strokes && !(line = host_.read_line()).empty();) reported += line == "0 67" ? 1 : 0;
+  const auto arrived = static_cast<int>(target_.events().size());
+  if (!free || reported != strokes || arrived != 2 * others) fault("a hand's work comes out wrong", reported);
+  std::printf("%s: %d strokes of a hand, %d reported; %d clicks and drags, %d presses and releases arrived\n",
+              manager_name_.c_str(), strokes, reported, others, arrived);
 }
 
 bool Trial::nothing_is_down() {
@@ -333,6 +383,17 @@ int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape)
   if (words == std::vector<std::string>{"host"}) {
     stage::be_host();
     return 0;
+  }
+  if (words.size() > 1 && words[0] == "--replay") {
+    std::vector<std::string> managers(words.begin() + 2, words.end());
+    if (managers.empty()) managers = {"openbox"};
+    int faults = 0;
+    for (const std::string& manager : managers) {
+      Trial trial(manager, 0);
+      trial.replay(words[1]);
+      faults += trial.faults();
+    }
+    return faults == 0 ? 0 : 1;
   }
   const auto number = [&](std::size_t at, int standard) { return words.size() > at ? std::stoi(words[at]) : standard; };
   std::vector<std::string> managers(words.begin() + std::min<std::ptrdiff_t>(3, std::ssize(words)), words.end());
