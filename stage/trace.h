@@ -5,7 +5,7 @@
 //   MILLISECONDS DEVICE key-down|key-up KEYSYM
 //
 // Times count from the first event. A line that begins with # is a comment. DEVICE is the number that the server gave
-// it. X and Y are pixels of the screen. A line that begins with # is a comment.
+// it. X and Y are pixels of the screen.
 #pragma once
 
 #include <istream>
