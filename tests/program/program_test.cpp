@@ -45,6 +45,19 @@ TEST(Gesture, OpensItsProgram) {
   EXPECT_THAT(screen.managed(), ElementsAre("un titre"));
 }
 
+TEST(Gesture, CutsPastesAndSelectsAllInAnEditor) {
+  Desk desk(section("A", corner, "C:Tout") + section("B", slope, "C:Couper") + section("C", peak, "C:Coller"));
+  desk.start();
+  auto editor = desk.edit("a.txt");
+  desk.write("mot");
+  EXPECT_TRUE(eventually([&] { return desk.screen.active().front() == '*'; })) << "the text has arrived";
+  desk.gesture(corner);
+  desk.gesture(slope);
+  desk.gesture(peak);
+  desk.gesture(peak);
+  desk.expect_edited("a.txt", "motmot");
+}
+
 TEST(Gesture, TheSecondWithin700MillisecondsIsNotRecognised) {
   Desk desk(profile("P:touch ~/un", "P:touch ~/deux"));
   desk.start();
