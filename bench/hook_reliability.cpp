@@ -26,14 +26,14 @@
 #include <vector>
 
 #include "hooklib/recording.h"
-#include "stage/xserver.h"
 #include "stage/hook_parties.h"
+#include "stage/xserver.h"
 
 namespace {
 
 using stage::DisplayHandle;
-using stage::Path;
 using stage::eventually;
+using stage::Path;
 using stage::Process;
 using Clock = std::chrono::steady_clock;
 using Lines = std::vector<std::string>;
@@ -104,8 +104,6 @@ class Trial {
   }
   void act(Kind kind);
   int strokes_until_control();
-  bool fence();
-  bool nothing_is_down();
   bool can_grab();
   bool recover(Clock::time_point start);
 
@@ -118,20 +116,7 @@ class Trial {
   stage::Target target_{server_.display()};
   Process host_;
   int faults_ = 0;
-  bool shift_ = false;
 };
-
-// Until what the user did has reached whom it was for.
-bool Trial::fence() {
-  shift_ = !shift_;
-  const int x = shift_ ? 980 : 990;
-  user_.move_to(x, 690);
-  const std::string mark = "motion at " + std::to_string(x) + ",690";
-  return eventually([&] {
-    const Lines all = target_.events(true);
-    return !all.empty() && all.back() == mark;
-  });
-}
 
 // Ctrl, reported after it, tells that no more is to come.
 int Trial::strokes_until_control() {
@@ -177,7 +162,7 @@ void Trial::presses(int count) {
     const Kind kind = static_cast<Kind>(pick(0, kinds - 1));
     ++made[kind];
     act(kind);
-    const bool free = fence();
+    const bool free = target_.hears_of(user_);
     // The drags end with a report of their own Ctrl key.
     const int before = kind == control_drag || kind == control_late ? strokes_until_control() : 0;
     user_.type(XK_Control_L);
@@ -207,18 +192,6 @@ void Trial::presses(int count) {
       manager_name_.c_str(), count, reported, clicked, handed, cancelled, memory, growth);
 }
 
-bool Trial::nothing_is_down() {
-  std::array<char, 32> keys{};
-  XQueryKeymap(target_.display(), keys.data());
-  Window window = 0;
-  int place = 0;
-  unsigned state = 0;
-  XQueryPointer(target_.display(), DefaultRootWindow(target_.display()), &window, &window, &place, &place, &place,
-                &place, &state);
-  constexpr unsigned buttons = Button1Mask | Button2Mask | Button3Mask;
-  return std::all_of(keys.begin(), keys.end(), [](char bits) { return bits == 0; }) && (state & buttons) == 0;
-}
-
 bool Trial::can_grab() {
   Display* const display = target_.display();
   const bool granted = XGrabPointer(display, DefaultRootWindow(display), False, ButtonPressMask, GrabModeAsync,
@@ -230,7 +203,7 @@ bool Trial::can_grab() {
 
 bool Trial::recover(Clock::time_point start) {
   const auto left = [&] { return static_cast<int>(std::max(0.0, 5 * recovery_limit_ms - milliseconds_since(start))); };
-  if (!eventually([&] { return nothing_is_down() && can_grab() && !stage::button_is_taken(target_.display()); },
+  if (!eventually([&] { return target_.nothing_is_down() && can_grab() && !stage::button_is_taken(target_.display()); },
                   left())) {
     return false;
   }

@@ -56,7 +56,6 @@ TEST_F(Hooked, ClicksReachTheApplicationAsTheyWereMade) {
 
 TEST_F(Hooked, LeftHandedMouseDrawsWithItsOtherButton) {
   std::array<unsigned char, 32> mapping{};
-  Display* const display = target->display();
   const int buttons = XGetPointerMapping(display, mapping.data(), static_cast<int>(mapping.size()));
   std::swap(mapping[0], mapping[2]);
   ASSERT_EQ(XSetPointerMapping(display, mapping.data(), buttons), MappingSuccess);
@@ -213,7 +212,6 @@ TEST(HookAlone, NoServerOrOneThatGoesIsNoHarm) {
 class TrailOn : public Hooked, public testing::WithParamInterface<bool> {};
 
 TEST_P(TrailOn, IsDrawnAndLeavesNothing) {
-  stage::Process compositor;
   if (GetParam()) compositor = stage::start_compositor(server);
   ASSERT_EQ(compositor.running(), GetParam());
   const auto screen = [&] { return user->pixels(250, 150, 700, 500); };
@@ -225,7 +223,6 @@ TEST_P(TrailOn, IsDrawnAndLeavesNothing) {
   user->move_to(900, 600);
   ASSERT_TRUE(eventually([&] { return user->pixels(600, 400, 1, 1).front() == 0x808080; }));
   const auto before = screen();
-  Display* const display = target->display();
   for (const auto& [dpi, width] : {std::pair("96", 3), std::pair("192", 6)}) {
     const std::string resources = std::string("Xft.antialias:\t1\nXft.dpi:\t") + dpi + "\n";
     XChangeProperty(display, DefaultRootWindow(display), XA_RESOURCE_MANAGER, XA_STRING, 8, PropModeReplace,
