@@ -16,24 +16,6 @@ namespace {
 
 const Path scribble = {{200, 300}, {420, 320}, {210, 420}, {420, 330}, {205, 500}, {410, 510}, {300, 300}};
 
-TEST(Gesture, TheSecondWithin700MillisecondsIsNotRecognised) {
-  Desk desk(section("COIN", corner, "P:touch ~/un") + section("PENTE", slope, "P:touch ~/deux"));
-  desk.start();
-  const auto done = [&](const char* name) { return std::filesystem::exists(desk.path(name)); };
-  // A machine that was busy elsewhere has not drawn two strokes that close: then they are drawn again.
-  constexpr std::int64_t close_enough_ms = 500;
-  do {
-    desk.draw(corner);
-    EXPECT_TRUE(eventually([&] { return done("un"); }));
-    std::filesystem::remove(desk.path("un"));
-    std::filesystem::remove(desk.path("deux"));
-  } while (desk.draw_now(slope) > close_enough_ms);
-  // Reports are dealt with in their order: when the third has had its effect, the second has had its own.
-  desk.draw(corner);
-  EXPECT_TRUE(eventually([&] { return done("un"); }));
-  EXPECT_FALSE(done("deux"));
-}
-
 TEST(Gesture, TypesItsTextButUnknownOrOverTheMainWindowDoesNothing) {
   Desk desk(section("COIN", corner, "T:Bonjour, ça va{ENTER}œuvre à 12 € {(}{+}5 {%}{)} ?."));
   desk.start();

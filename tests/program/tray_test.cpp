@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -67,32 +66,6 @@ TEST_F(TrayedTest, PauseShowAndExitByTheMenu) {
   panel.end();
   desk.expect_end();
   EXPECT_THAT(contents(desk.profile_path()), HasSubstr("[COIN]\r\n"));
-}
-
-TEST_F(TrayedTest, ColoursThemeTheWholeWindow) {
-  desk.start_in_tray();
-  choose(colours);
-  EXPECT_TRUE(eventually([&] { return desk.screen.active() == "Couleurs"; }));
-  desk.user.key_down(XK_Alt_L);
-  desk.user.type(XK_h);
-  desk.user.key_up(XK_Alt_L);
-  desk.write("#ff0000");
-  desk.screenshot("dialog");
-  desk.user.type(XK_Return);
-  EXPECT_TRUE(eventually([&] { return !desk.open("Couleurs"); }));
-  desk.open_tray_menu();
-  choose(show);
-  constexpr std::uint32_t red = 0xFF0000;
-  const auto whole = [&] { return desk.look(0, 0, 4995, 4500); };
-  EXPECT_TRUE(eventually([&] {
-    const auto window = whole();
-    return std::count(window.begin(), window.end(), red) > 1000;
-  }));
-  desk.screenshot("red");
-  const auto window = whole();
-  EXPECT_EQ(std::count_if(window.begin(), window.end(), [](auto p) { return (p >> 8 & 0xFF) > 0x30; }), 0);
-  EXPECT_EQ(desk.look(0, 2250, 15, 15).front(), red) << "the frame";
-  EXPECT_EQ(desk.look(1500, 225, 15, 15).front(), red) << "the title bar's last row";
 }
 
 // Whatever is open in front of the program, it saves and goes when it is told to.
