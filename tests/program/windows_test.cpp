@@ -9,6 +9,7 @@
 #include <numeric>
 #include <optional>
 
+#include "stage/keyboard.h"
 #include "tests/program/desk.h"
 
 using testing::HasSubstr;
@@ -121,7 +122,7 @@ TEST_F(WindowsTest, AShapeIsSavedRecognisedKeptAndDeleted) {
 TEST_F(WindowsTest, TheEditorBindsWhatGesturesThenDo) {
   make(section("A", corner, "") + section("B", slope, "") + section("C", peak, ""));
   // A keyboard with accents.
-  Process({"setxkbmap", "-display", desk->server.display(), "fr"}).wait();
+  stage::set_layout(desk->server, "fr");
   click(row(0), 2);
   expect_editor();
   click(kind_command);
@@ -134,7 +135,7 @@ TEST_F(WindowsTest, TheEditorBindsWhatGesturesThenDo) {
   desk->screenshot("text");
   desk->user.type(XK_Return);
   expect_no_editor();
-  Process({"setxkbmap", "-display", desk->server.display(), "us"}).wait();
+  stage::set_layout(desk->server, "us");
   open_editor(2);
   choose_box(kind_program, 2710);
   desk->write("touch ~/ran");
