@@ -12,17 +12,7 @@
 
 namespace hook_test {
 
-using stage::button_is_taken;
-using stage::control_down;
-using stage::control_up;
-using stage::DisplayHandle;
-using stage::eventually;
-using stage::Host;
-using stage::Library;
-using stage::Path;
-using stage::Report;
-using stage::stroke_report;
-using stage::Target;
+using namespace stage;
 using Lines = std::vector<std::string>;
 
 // An L of 200 by 150 pixels well inside the application's window.

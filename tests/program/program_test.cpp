@@ -34,19 +34,18 @@ TEST(RightButton, AClickOpensTheContextMenuAndItStays) {
   Desk desk(section("COIN", corner, "T:un"));
   desk.start();
   auto editor = desk.edit("a.txt");
-  Watcher screen(desk.server);
   desk.user.move_to(300, 400);
   desk.user.click(3);
-  ASSERT_TRUE(eventually([&] { return screen.popups() == 1; }));
+  ASSERT_TRUE(eventually([&] { return desk.screen.popups() == 1; }));
   // It goes on living under the hand: it follows the keyboard, and only Escape closes it.
   for (int n = 0; n < 20; ++n) {
     desk.user.type(XK_Down);
     desk.user.move_to(500 + n, 600);
-    ASSERT_EQ(screen.popups(), 1);
+    ASSERT_EQ(desk.screen.popups(), 1);
   }
   desk.screenshot("menu");
   desk.user.type(XK_Escape);
-  EXPECT_TRUE(eventually([&] { return screen.popups() == 0; }));
+  EXPECT_TRUE(eventually([&] { return desk.screen.popups() == 0; }));
 }
 
 TEST(RightButton, UnderCtrlItIsTheApplications) {
