@@ -70,6 +70,7 @@ TEST_F(TrayedTest, PauseShowAndExitByTheMenu) {
 
 // Whatever is open in front of the program, it saves and goes when it is told to.
 TEST_F(TrayedTest, EndsFromWhereverItIs) {
+  // By the keyboard where two clicks would do: while the menu has just gone, the window manager may keep the second.
   const auto open_window = [&] {
     choose(show);
     EXPECT_TRUE(eventually([&] { return desk.open("Strokemind"); }));
@@ -78,10 +79,11 @@ TEST_F(TrayedTest, EndsFromWhereverItIs) {
     std::string title;
     int signal;
     std::function<void()> open;
-  } cases[] = {{"", SIGTERM, [] {}},  // the menu
-               {"Couleurs", SIGINT, [&] { choose(colours); }},
-               {"Actions:", SIGHUP, [&] { open_window(), desk.click(600, 650, 2); }},
-               {"Supprimer", SIGTERM, [&] { open_window(), desk.click(600, 650), desk.click(2227, 3765); }}};
+  } cases[] = {
+      {"", SIGTERM, [] {}},  // the menu
+      {"Couleurs", SIGINT, [&] { choose(colours); }},
+      {"Actions:", SIGHUP, [&] { open_window(), desk.answer("Strokemind", XK_Down), desk.user.type(XK_Return); }},
+      {"Supprimer", SIGTERM, [&] { open_window(), desk.click(600, 650), desk.click(2227, 3765); }}};
   for (const auto& one : cases) {
     SCOPED_TRACE(one.title);
     desk.start_in_tray();
