@@ -108,8 +108,6 @@ class Trial {
   }
   void act(Kind kind);
   int strokes_until_control();
-  bool fence();
-  bool nothing_is_down();
   bool can_grab();
   bool recover(Clock::time_point start);
 
@@ -122,20 +120,7 @@ class Trial {
   stage::Target target_{server_.display()};
   Process host_;
   int faults_ = 0;
-  bool shift_ = false;
 };
-
-// Until what the user did has reached whom it was for.
-bool Trial::fence() {
-  shift_ = !shift_;
-  const int x = shift_ ? 980 : 990;
-  user_.move_to(x, 690);
-  const std::string mark = "motion at " + std::to_string(x) + ",690";
-  return eventually([&] {
-    const Lines all = target_.events(true);
-    return !all.empty() && all.back() == mark;
-  });
-}
 
 // Ctrl, reported after it, tells that no more is to come.
 int Trial::strokes_until_control() {
@@ -181,7 +166,7 @@ void Trial::presses(int count) {
     const Kind kind = static_cast<Kind>(pick(0, kinds - 1));
     ++made[kind];
     act(kind);
-    const bool free = fence();
+    const bool free = target_.hears_of(user_);
     // The drags end with a report of their own Ctrl key.
     const int before = kind == control_drag || kind == control_late ? strokes_until_control() : 0;
     user_.type(XK_Control_L);
@@ -248,25 +233,13 @@ void Trial::replay(const std::string& file) {
   trace.seekg(0);
   target_.forget();
   if (strokes + others == 0 || !stage::replay(trace, user_)) return fault("nothing to play in " + file, 0);
-  const bool free = fence();
+  const bool free = target_.hears_of(user_);
   int reported = 0;
   for (std::string line; reported < strokes && !(line = host_.read_line()).empty();) reported += line == "0 67" ? 1 : 0;
   const auto arrived = static_cast<int>(target_.events().size());
   if (!free || reported != strokes || arrived != 2 * others) fault("a hand's work comes out wrong", reported);
   std::printf("%s: %d strokes of a hand, %d reported; %d clicks and drags, %d presses and releases arrived\n",
               manager_name_.c_str(), strokes, reported, others, arrived);
-}
-
-bool Trial::nothing_is_down() {
-  std::array<char, 32> keys{};
-  XQueryKeymap(target_.display(), keys.data());
-  Window window = 0;
-  int place = 0;
-  unsigned state = 0;
-  XQueryPointer(target_.display(), DefaultRootWindow(target_.display()), &window, &window, &place, &place, &place,
-                &place, &state);
-  constexpr unsigned buttons = Button1Mask | Button2Mask | Button3Mask;
-  return std::all_of(keys.begin(), keys.end(), [](char bits) { return bits == 0; }) && (state & buttons) == 0;
 }
 
 bool Trial::can_grab() {
@@ -280,7 +253,7 @@ bool Trial::can_grab() {
 
 bool Trial::recover(Clock::time_point start) {
   const auto left = [&] { return static_cast<int>(std::max(0.0, 5 * recovery_limit_ms - milliseconds_since(start))); };
-  if (!eventually([&] { return nothing_is_down() && can_grab() && !stage::button_is_taken(target_.display()); },
+  if (!eventually([&] { return target_.nothing_is_down() && can_grab() && !stage::button_is_taken(target_.display()); },
                   left())) {
     return false;
   }

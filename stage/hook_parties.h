@@ -137,17 +137,43 @@ class Target {
     events();
     events_.clear();
   }
+  // Until what the user did has come, which it only does while nobody withholds the pointer. Not while a drawing is in
+  // progress, and with the pointer at rest: what the server hands over late has the place of that moment.
+  bool hears_of(User& user) {
+    elsewhere_ = !elsewhere_;
+    const int x = elsewhere_ ? 980 : 990;
+    user.move_to(x, 690);
+    const std::string mark = "motion at " + std::to_string(x) + ",690";
+    return eventually([&] {
+      events();
+      return !events_.empty() && events_.back() == mark;
+    });
+  }
+  // Whether no key and no button is down.
+  bool nothing_is_down() const {
+    std::array<char, 32> keys{};
+    XQueryKeymap(display_.get(), keys.data());
+    Window window = None;
+    int place = 0;
+    unsigned buttons = 0;
+    XQueryPointer(display_.get(), DefaultRootWindow(display_.get()), &window, &window, &place, &place, &place, &place,
+                  &buttons);
+    return std::count(keys.begin(), keys.end(), 0) == 32 && buttons == 0;
+  }
   Display* display() const { return display_.get(); }
 
  private:
   DisplayHandle display_;
   std::vector<std::string> events_;
+  bool elsewhere_ = false;
 };
 
 // A host in a process of its own: prints "ready", then each report as "direction key". Told "inject" it presses Shift,
 // told "inject all" a button, too, and says "pressed"; told "hang" it does nothing until it is told anything more; told
 // "end" it ends.
 inline void be_host() {
+  // Who asks whether it hangs may be gone before it answers; a toolkit does not die of that either.
+  XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
   Host host(true);
   host.init();
   const DisplayHandle display(XOpenDisplay(nullptr));

@@ -113,11 +113,7 @@ int Watcher::grabs() {
 }
 
 std::pair<int, int> Watcher::place(const std::string& title) {
-  int x = 0;
-  int y = 0;
-  Window child = 0;
-  XTranslateCoordinates(display_, window(title), DefaultRootWindow(display_), 0, 0, &x, &y, &child);
-  return {x, y};
+  return place_of(display_, window(title));
 }
 
 }  // namespace stage

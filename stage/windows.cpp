@@ -47,6 +47,13 @@ std::string title_of(Display* display, Window window) {
   return text;
 }
 
+std::pair<int, int> place_of(Display* display, Window window, int x, int y) {
+  Window child = None;
+  std::pair<int, int> place;
+  XTranslateCoordinates(display, window, DefaultRootWindow(display), x, y, &place.first, &place.second, &child);
+  return place;
+}
+
 bool settles(Display* display, Window window) {
   const bool managed = !root_property(display, "_NET_SUPPORTING_WM_CHECK").empty();
   return eventually([&] {

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct _XDisplay;
@@ -22,6 +23,9 @@ std::vector<unsigned long> root_property(_XDisplay* display, const char* name);
 unsigned long active_window(_XDisplay* display);
 // Empty where it has none.
 std::string title_of(_XDisplay* display, unsigned long window);
+
+// Where a point of a window lies on the screen.
+std::pair<int, int> place_of(_XDisplay* display, unsigned long window, int x = 0, int y = 0);
 
 // Waits until a window that was mapped is on the screen to stay. Where there is a window manager it may be there early,
 // and gone again while it gets its frame; to make it active is the last thing that is done to it. False if that does

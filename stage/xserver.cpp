@@ -71,6 +71,10 @@ Process start_compositor(const XServer& server) {
   return start_for(server, {"picom", "--config", "/dev/null", "--backend", "xrender"}, has_compositor);
 }
 
+Process start_bus(const std::vector<std::string>& variables) {
+  return Process({"dbus-daemon", "--session", "--nofork", "--print-address"}, variables, true);
+}
+
 struct User::Devices {
   DisplayHandle display;
   XDevice* mouse = nullptr;

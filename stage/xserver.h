@@ -83,6 +83,9 @@ Process start_window_manager(const XServer& server, const std::string& name = "o
 // Starts picom and waits until it composites the screen. The process is not running if it could not.
 Process start_compositor(const XServer& server);
 
+// Starts a message bus; its first line is its address.
+Process start_bus(const std::vector<std::string>& variables = {});
+
 // A user at the screen: a mouse and a keyboard that are devices of their own, as real ones are (not the XTEST devices,
 // by which programs inject), and eyes. Each call is done by the server when it returns.
 class User {

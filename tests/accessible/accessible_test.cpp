@@ -11,7 +11,6 @@
 
 #include "tests/program/desk.h"
 
-using stage::eventually;
 using testing::ElementsAre;
 
 namespace {
@@ -44,11 +43,8 @@ std::string describe(AtspiAccessible* object) {
 // A desk with a screen reader's ways about it. One for all tests: a program can look at one bus only.
 struct AccessibleTest : testing::Test {
   static void SetUpTestSuite() {
-    const Path line = {{200, 300}, {420, 300}};
-    const Path corner = {{200, 300}, {200, 500}, {420, 500}};
-    desk.emplace(section("UN", line, "T:un") + section("DEUX", corner, "C:Fermer"));
-    bus = stage::Process({"dbus-daemon", "--session", "--nofork", "--print-address"},
-                         {"GSETTINGS_BACKEND=memory", "XDG_RUNTIME_DIR=" + desk->path("run")}, true);
+    desk.emplace(section("UN", slope, "T:un") + section("DEUX", corner, "C:Fermer"));
+    bus = stage::start_bus({"GSETTINGS_BACKEND=memory", "XDG_RUNTIME_DIR=" + desk->path("run")});
     ASSERT_EQ(setenv("DBUS_SESSION_BUS_ADDRESS", bus.read_line().c_str(), 1), 0);
     stage::Process switched_on({"dbus-send", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus",
                                 "org.freedesktop.DBus.Properties.Set", "string:org.a11y.Status", "string:IsEnabled",

@@ -70,17 +70,10 @@ TEST_F(EventsTest, TheEndLeavesEveryLoopAndServesNothingMore) {
   EXPECT_EQ(desktop->run(), 7) << "an ended program does not start again";
 }
 
-TEST(MissingTest, WhatIsNotThereIsNamed) {
-  setenv("DISPLAY", ":987654", 1);
-  testing::internal::CaptureStderr();
-  EXPECT_FALSE(desktop::Desktop::available());
-  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::MatchesRegex(".*:987654[^\n]*\n"));
-  desktop::DesktopHookLoader loader(HOOK_FOLDER);
-  for (const auto& [library, missing] : {std::pair("desktop_test_hook.so", "ENVOIS_BUF_TMP"), {"none.so", "none.so"}}) {
-    std::string error;
-    EXPECT_EQ(loader.load(library, error), nullptr);
-    EXPECT_THAT(error, testing::HasSubstr(missing));
-  }
+TEST(MissingTest, WhatALibraryLacksIsNamed) {
+  std::string error;
+  EXPECT_EQ(desktop::DesktopHookLoader(HOOK_FOLDER).load("desktop_test_hook.so", error), nullptr);
+  EXPECT_THAT(error, testing::HasSubstr("ENVOIS_BUF_TMP"));
 }
 
 // How often this thread has slept so far.

@@ -126,32 +126,6 @@ TEST_F(MouseTest, AClickThatYieldsLetsOtherClicksInAndAHandlerMayUnloadItsForm) 
   EXPECT_EQ(news(), Told({"label 0 75,75", "label down 1 75,75"})) << "no click behind the end of the form";
 }
 
-// The window follows the pointer by as much as the pointer has moved on it since the last event; the user does not wait
-// for the window to get there.
-TEST_F(MouseTest, AWindowDraggedByTheProgramStaysUnderThePointer) {
-  Label bar(form, "bar", twips(0, 0, 200, 20));
-  MouseEvent pressed{};
-  int moves = 0;
-  bar.MouseDown = [&](const MouseEvent& event) { pressed = event; };
-  bar.MouseMove = [&](const MouseEvent& event) {
-    if (event.Button != 1) return;
-    if (++moves < 20) move(30 + 30 * (moves + 1), 10 + 10 * (moves + 1));
-    const float left = form.Left - (pressed.X - event.X);
-    const float top = form.Top - (pressed.Y - event.Y);
-    form.Left = left;
-    form.Top = top;
-  };
-  show(form);
-  move(30, 10);
-  user->press(1);
-  move(60, 20);
-  ASSERT_TRUE(until([&] { return moves == 20; }));
-  user->release(1);
-  settle(form);
-  EXPECT_TRUE(form.Left == (TestForm::left + 600) * 15.0F && form.Top == (TestForm::top + 200) * 15.0F);
-  EXPECT_EQ(place(form.hWnd), std::pair(TestForm::left + 600, TestForm::top + 200));
-}
-
 using KeyboardTest = FormTest;
 
 TEST_F(KeyboardTest, TheWindowHearsEveryKeyByItsCode) {

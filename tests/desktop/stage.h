@@ -10,8 +10,7 @@
 #include <vector>
 
 #include "desktop/desktop.h"
-#include "stage/windows.h"
-#include "stage/xserver.h"
+#include "stage/screen.h"
 
 // After the controls: it makes macros of names that are members there.
 #include <X11/Xlib.h>
@@ -29,17 +28,9 @@ struct TestForm : platform::Form {
   TestForm() : Form("Essai", width * 15.0F, height * 15.0F) { Left = left * 15.0F, Top = top * 15.0F; }
 };
 
-class Stage {
+class Stage : public stage::Screen {
  public:
-  struct With {
-    bool window_manager = true;
-    bool compositor = false;
-    std::string scale = "1";  // the toolkit's factor between its pixels and the screen's
-    std::string manager = "openbox";
-    std::string bus = "disabled:";  // of the session; none, or icons would go to the panel of whoever runs the test
-  };
   explicit Stage(const With& with);
-  ~Stage();
 
   platform::Services& services() { return desktop->services(); }
   // Serves events until the condition holds; false where it does not in good time.
@@ -49,28 +40,7 @@ class Stage {
   // Loads a form and shows it.
   void show(platform::Form& form);
 
-  // A property of a window as 32-bit items.
-  std::vector<unsigned long> property(Window window, const char* name) const {
-    return stage::property(display, window, name);
-  }
-  std::vector<unsigned long> root_property(const char* name) const { return stage::root_property(display, name); }
-  bool has_state(Window window, const char* state) const;
-  Window active() const { return stage::active_window(display); }
-  // Where a point of a window lies on the screen.
-  std::pair<int, int> place(Window window, int x = 0, int y = 0) const;
-  // Sends a message of format 32 to a window, or about it to the window manager.
-  void send(Window to, Window about, const char* type, const std::vector<long>& data) const;
-  Atom atom(const char* name) const { return XInternAtom(display, name, False); }
-  // Tells the window manager something about a window.
-  void tell_manager(Window about, const char* type, const std::vector<long>& data = {}) const {
-    send(DefaultRootWindow(display), about, type, data);
-  }
-
-  stage::XServer server;
-  stage::Process window_manager, compositor;
-  Display* display = nullptr;  // of the test itself
   std::optional<desktop::Desktop> desktop;
-  std::optional<stage::User> user;
 };
 
 // A test with the form on a stage; without a window manager, which could hold input back until it has looked at it.

@@ -34,7 +34,7 @@ struct PrivateBus {
   ~PrivateBus() { std::filesystem::remove_all(home); }
 
   const std::string home = std::filesystem::temp_directory_path() / ("commands_test_" + std::to_string(getpid()));
-  stage::Process daemon{{"dbus-daemon", "--session", "--nofork", "--print-address"}, {}, true};
+  stage::Process daemon = stage::start_bus();
   const std::string address = daemon.read_line();
 };
 

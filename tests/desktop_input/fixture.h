@@ -6,19 +6,16 @@
 
 #include <string>
 
-#include "stage/xserver.h"
+#include "stage/keyboard.h"
 
 class KeyTest : public testing::Test {
  protected:
   KeyTest();
   // Starts the window with the keyboard; see listener.cpp for how it may behave.
   void listen(const std::string& behaviour = "pings");
-  // Sets the keyboard layout: "us", "fr bepo", "us,ru"; with a key to change the group, to the second group.
-  void set_layout(const std::string& layout);
-  // The key maps of every keyboard of the server, as text.
-  static std::string key_maps();
-  // How many keys are down, and the modifiers and the group in force: "0 down, locked 2, group 1".
-  static std::string state();
+  void set_layout(const std::string& layout) { stage::set_layout(server, layout); }
+  std::string key_maps() const { return stage::key_maps(server); }
+  std::string state() const { return stage::key_state(server); }
   // The keys that have arrived since the last call: "4 c|^|1 A A" (state, name and text of each, "^" for modifiers).
   std::string heard(bool as_text = false);
   // The same as text, with the names of other keys than modifiers: "ab<Return>".

@@ -8,54 +8,26 @@
 #include <vector>
 
 #include "stage/hook_parties.h"
-#include "stage/xserver.h"
+#include "stage/screen.h"
 
 namespace hook_test {
 
-using stage::button_is_taken;
-using stage::control_down;
-using stage::control_up;
-using stage::DisplayHandle;
-using stage::eventually;
-using stage::Host;
-using stage::Library;
-using stage::Path;
-using stage::Report;
-using stage::stroke_report;
-using stage::Target;
+using namespace stage;
 using Lines = std::vector<std::string>;
 
 // An L of 200 by 150 pixels well inside the application's window.
 inline const Path corner = {{400, 300}, {400, 350}, {400, 400}, {400, 450}, {450, 450}, {500, 450}, {600, 450}};
 
-class Desktop : public testing::Test {
+class Desktop : public testing::Test, protected stage::Screen {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(server.ok());
-    server.make_current();
-    window_manager = stage::start_window_manager(server);
-    ASSERT_TRUE(window_manager.running());
-    user = std::make_unique<stage::User>(server);
-    target = std::make_unique<Target>(server.display());
-  }
+  Desktop() : Screen({}) {}
 
   // Presses at the start of the path and goes along it.
   void begin_drawing(const Path& path = corner) {
     EXPECT_TRUE(user->begin_stroke(3, path.front().first, path.front().second));
     for (const auto& [x, y] : path) user->move_to(x, y);
   }
-  // Until the server withholds nothing any more. Not while a drawing is in progress, and with the pointer at rest: what
-  // the server hands over late has the place of that moment.
-  void pointer_moves() {
-    static int x = 0;
-    x = x == 990 ? 980 : 990;
-    user->move_to(x, 690);
-    const std::string mark = "motion at " + std::to_string(x) + ",690";
-    EXPECT_TRUE(eventually([&] {
-      const auto all = target->events(true);
-      return !all.empty() && all.back() == mark;
-    })) << "the pointer is frozen";
-  }
+  void pointer_moves() { EXPECT_TRUE(target->hears_of(*user)) << "the pointer is frozen"; }
   // The application gets just these presses and releases.
   void gets(const Lines& expected) {
     EXPECT_TRUE(eventually([&] { return target->events().size() >= expected.size(); }));
@@ -81,24 +53,14 @@ class Desktop : public testing::Test {
   }
   bool taken() { return button_is_taken(target->display()); }
 
-  stage::XServer server;
-  stage::Process window_manager;
-  std::unique_ptr<stage::User> user;
-  std::unique_ptr<Target> target;
+  const std::unique_ptr<Target> target = std::make_unique<Target>(server.display());
 };
 
 // The hook runs in this process.
 class Hooked : public Desktop {
  protected:
-  void SetUp() override {
-    Desktop::SetUp();
-    if (HasFatalFailure()) return;
-    host = std::make_unique<Host>();
-    host->init();
-  }
-  void TearDown() override {
-    if (host) host->exports().EndHook();
-  }
+  Hooked() { host->init(); }
+  ~Hooked() override { host->exports().EndHook(); }
 
   bool reported(const std::vector<Report>& expected) {
     return eventually([&] { return host->reports().size() >= expected.size(); }) && host->reports() == expected;
@@ -113,7 +75,7 @@ class Hooked : public Desktop {
     host->forget();
   }
 
-  std::unique_ptr<Host> host;
+  const std::unique_ptr<Host> host = std::make_unique<Host>();
 };
 
 // The hook runs in a process of its own, that of be_host() in faults_test.cpp.

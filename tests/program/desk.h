@@ -22,8 +22,14 @@ class Desk : public stage::Desk {
   }
 };
 
+inline const stage::Path corner = {{200, 300}, {200, 500}, {420, 500}};  // an L
+inline const stage::Path slope = {{420, 300}, {200, 500}};               // falling to the left
+inline const stage::Path peak = {{200, 500}, {310, 300}, {420, 500}};    // an upside-down V
+
 using stage::along;
 using stage::contents;
+using stage::eventually;
 using stage::Path;
+using stage::Process;
 using stage::section;
 using stage::Watcher;

