@@ -277,6 +277,7 @@ bool ListWidget::eventFilter(QObject* watched, QEvent* event) {
       if (watched != shown().viewport()) return false;
       return mouse(static_cast<const QMouseEvent&>(*event));
     case QEvent::FocusIn:
+      show_place(static_cast<const QFocusEvent&>(*event).reason());
       // Once the toolkit has told of the view as a whole.
       link_->events.post([self = QPointer<QWidget>(this), this] {
         if (self != nullptr && link_->serving()) tell_current(shown());
@@ -287,6 +288,12 @@ bool ListWidget::eventFilter(QObject* watched, QEvent* event) {
     default:
       return false;
   }
+}
+
+// The view stands at a row from the moment it has the keyboard. Who has come otherwise would take that row for chosen.
+void ListWidget::show_place(Qt::FocusReason came_by) {
+  const bool by_key = came_by == Qt::TabFocusReason || came_by == Qt::BacktabFocusReason;
+  if (by_key || came_by == Qt::MouseFocusReason) painter_->set_marks_place(by_key);
 }
 
 // Tells of a mouse event as it is seen from the list's own corner. Always true: the event goes no further.

@@ -42,6 +42,7 @@ class ListWidget final : public QWidget, public Mirror {
   void pressed(QPoint at);
   void picked();
   bool chooses_first(const QKeyEvent& key);
+  void show_place(Qt::FocusReason came_by);
   void reveal(int row);
   void scroll_by(int across, int down);
 

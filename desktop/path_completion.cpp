@@ -104,7 +104,15 @@ bool PathCompletion::takes(const QKeyEvent& key) {
   switch (key.key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
+      // Confirms what was typed, unless the user has gone to a name: a folder too is a path to confirm.
+      if (!list_.currentIndex().isValid()) {
+        close();
+        return false;
+      }
+      choose(list_.currentIndex().data().toString());
+      return true;
     case Qt::Key_Tab:
+      if (!list_.currentIndex().isValid()) move(1);
       choose(list_.currentIndex().data().toString());
       return true;
     case Qt::Key_Escape:
@@ -177,7 +185,8 @@ void PathCompletion::offer() {
 // Under the box, or over it where the screen ends.
 void PathCompletion::place(const QStringList& names) {
   model_.setStringList(names);
-  list_.setCurrentIndex(model_.index(0));
+  list_.setCurrentIndex({});
+  list_.scrollToTop();
   const QFontMetrics metrics(list_.font());
   int widest = 0;
   for (const QString& name : names) widest = std::max(widest, metrics.horizontalAdvance(name));

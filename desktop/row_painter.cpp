@@ -94,7 +94,7 @@ void RowPainter::paint(QPainter* painter, const QStyleOptionViewItem& option, co
     picture.value<QIcon>().paint(painter, found.picture);
   }
   paint_text(*painter, found, option.font, selected);
-  if (selected || focused) paint_frame(*painter, index, option.rect, selected, focused);
+  if (selected || (focused && marks_place_)) paint_frame(*painter, index, option.rect, selected, focused);
   painter->restore();
 }
 

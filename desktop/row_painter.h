@@ -20,6 +20,8 @@ class RowPainter final : public QStyledItemDelegate {
 
   void set_look(const Look& look) { look_ = look; }
   const Look& look() const { return look_; }
+  // Whether the row at which the keyboard stands is marked while it is not selected.
+  void set_marks_place(bool marks) { marks_place_ = marks; }
   // Pixels around pictures and texts.
   static constexpr int gap = 3;
 
@@ -39,6 +41,7 @@ class RowPainter final : public QStyledItemDelegate {
   void paint_frame(QPainter& painter, const QModelIndex& index, const QRect& cell, bool selected, bool focused) const;
 
   Look look_{};
+  bool marks_place_ = false;
 };
 
 // The headings of a table in its text colour on its ground; one that has no room ends in "…".

@@ -233,8 +233,9 @@ class FilesTest : public FormTest {
 TEST_F(FilesTest, ATypedPathIsCompletedAndTheListsKeysAreItsOwn) {
   box.Text = "x ~/";
   box.SelStart = 4;
-  EXPECT_THAT(pressing({XK_a}), ElementsAre('a'));
-  EXPECT_THAT(pressing({XK_Return}), ElementsAre()) << "takes what is offered";
+  EXPECT_THAT(pressing({XK_a, XK_Return}), ElementsAre('a', 13)) << "what is offered stands in nobody's way";
+  EXPECT_EQ(box.Text.get(), "x ~/a");
+  EXPECT_THAT(pressing({XK_BackSpace, XK_a, XK_Tab}), ElementsAre(8, 'a')) << "takes the first";
   EXPECT_EQ(box.Text.get(), "x ~/abc");
   EXPECT_THAT(pressing({XK_Return}), ElementsAre(13)) << "nothing is offered any more";
   EXPECT_THAT(pressing({XK_BackSpace, XK_Escape}), ElementsAre(8)) << "closes the list";
@@ -246,7 +247,7 @@ TEST_F(FilesTest, ATypedPathIsCompletedAndTheListsKeysAreItsOwn) {
   pressing({XK_m, XK_Tab});
   const std::string folder = "\"" + home.string() + "/mes images/";
   EXPECT_EQ(box.Text.get(), folder + "\"") << "a quoted ~ would not be the home folder";
-  EXPECT_THAT(pressing({XK_l, XK_Down, XK_Return}), ElementsAre('l'));
+  EXPECT_THAT(pressing({XK_l, XK_Down, XK_Down, XK_Return}), ElementsAre('l'));
   EXPECT_EQ(box.Text.get(), folder + "loup.png\"");
   user->key_down(XK_Control_L);
   EXPECT_THAT(pressing({XK_z}), ElementsAre(26));
