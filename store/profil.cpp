@@ -147,11 +147,12 @@ bool Profil::lire_liste(const std::string& section, const char* key, Coordinates
   list.values.clear();
   list.text.clear();
   for (int n = 0; n < count; ++n) {
-    const std::string& token = *morceaux_[static_cast<std::size_t>(n)];
+    // Tabs at the end of the list would not be found again either.
+    const std::string_view token = platform::trimmed(*morceaux_[static_cast<std::size_t>(n)]);
     const std::optional<double> value = platform::number_value(token);
     whole = whole && value.has_value();
     list.values.push_back(value.value_or(0));
-    list.text += "." + (token.empty() ? "0" : token);
+    list.text.append(".").append(token.empty() ? "0" : token);
   }
   return whole && list.text == text;
 }
