@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 inputs=20000
 programs=(core_test platform_test reliability_test hooklib_sampler_test simulation_run power_loss)
-fuzzers=(fuzz_{profile_load,profile_save,send_keys,dispatch,recognition,sampler})
+fuzzers=(fuzz_{profile_load,profile_save,send_keys,dispatch,recognition,sampler,drawing})
 cmake -S . -B build-coverage -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Debug -DSTROKEMIND_BENCH=OFF \
   -DSTROKEMIND_SANITIZE=undefined,fuzzer-no-link \
   -DCMAKE_CXX_FLAGS="-O1 -fprofile-instr-generate -fcoverage-mapping" >/dev/null

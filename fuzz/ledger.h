@@ -38,10 +38,6 @@ class Ledger {
   // The patrons that a fresh program finds in the file are the user's.
   void check_file() const;
 
-  // Actions that only the list held and that went with its rows when it was rebuilt: cleared ones that came back, and
-  // bound ones that were lost.
-  int back = 0, lost = 0;
-
  private:
   using Patrons = std::map<std::string, Mod_dessin::Patron>;
   static void expect(bool kept, const std::string& promise);
@@ -54,7 +50,6 @@ class Ledger {
   Programme& programme_;
   Patrons patrons_;  // by name; Action as the next save would write it
   std::set<std::string> deletable_, redrawable_;
-  std::set<std::string> list_only_;  // patrons whose action is in the list and not yet in the table
   std::map<std::string, std::set<std::string>> bindings_;
   int addable_ = 0;
   std::vector<std::string> by_hand_;
