@@ -63,8 +63,8 @@ class Drawing {
       return (flags >> bit & 1U) != 0;
     };
     const auto settings = [&] {
-      return std::tuple(box.AutoRedraw, box.DrawWidth, box.DrawStyle, box.DrawMode, box.ScaleMode.get(), box.ScaleWidth(),
-                        box.ScaleHeight());
+      return std::tuple(box.AutoRedraw, box.DrawWidth, box.DrawStyle, box.DrawMode, box.ScaleMode.get(),
+                        box.ScaleWidth(), box.ScaleHeight());
     };
     const auto before = settings();
     Mod_fade::fondu_rvb(box, flag(0), flag(1), flag(2), flag(3), flag(4), flag(5));

@@ -307,10 +307,10 @@ std::string User::some_name() {
     case 1:
       return "";
     case 2:
-      return chances_.one_of<const char*>({" ",      "   ",      "-",        "pos", "Pos",    "[x]", "a=b", "a;b",
-                                           "漢",     "\x01",     "a\tb",     "ÿ",   "ß",      "œ",   "été", "ÉTÉ",
-                                           "\u00A0", "a\u00A0", "\x7F",  "{U+6F22}", "..",  "\"a\"",  "ƒ",   "µ",   " a",
-                                           "a ",     "\xFF\xFE", "ind",      "'",   "\u0085", "__"});
+      return chances_.one_of<const char*>({" ",      "   ",     "-",        "pos",      "Pos", "[x]",    "a=b", "a;b",
+                                           "漢",     "\x01",    "a\tb",     "ÿ",        "ß",   "œ",      "été", "ÉTÉ",
+                                           "\u00A0", "a\u00A0", "\x7F",     "{U+6F22}", "..",  "\"a\"",  "ƒ",   "µ",
+                                           " a",     "a ",      "\xFF\xFE", "ind",      "'",   "\u0085", "__"});
     case 3:
       return std::string(static_cast<std::size_t>(chances_.between(1, 600)), 'n');
     default:
