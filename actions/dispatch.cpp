@@ -9,7 +9,7 @@ constexpr int normal_window = 1;
 
 // Whole numbers of the patron's first point, (0, 0) for a patron without points.
 platform::Point first_point(const Mod_dessin::Patron& patron) {
-  if (patron.X.values.empty() || patron.Y.values.empty()) return {0, 0};
+  if (patron.X.values.empty()) return {0, 0};
   return {platform::round_half_even(patron.X.values.front()), platform::round_half_even(patron.Y.values.front())};
 }
 

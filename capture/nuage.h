@@ -13,13 +13,12 @@ namespace Mod_dessin {
 // How one painter fills a picture box.
 struct Facon {
   double diviseur_boite;  // the box is its twips over this many units, whatever a pixel of the screen measures
-  bool emprunte;    // a flat axis borrows the extent of the other; else a thin one collapses towards the box's edge
-  bool arrondi;     // offset and place are rounded to whole numbers, one after the other
-  bool fin_grasse;  // the last dot is 3 wide, the others 1; else all dots are as wide as the box was left
+  bool emprunte;  // a flat axis borrows the extent of the other; else a thin one collapses towards the box's edge
+  bool arrondi;   // offset and place are rounded to whole numbers, one after the other
 };
-inline constexpr Facon facon_dessin{16, false, false, true};    // a stroke, in the miniature box and the larger one
-inline constexpr Facon facon_vignette{16, false, false, true};  // a patron's thumbnail
-inline constexpr Facon facon_apercu{15, true, true, false};     // the patron that was picked
+inline constexpr Facon facon_dessin{16, false, false};    // a stroke, in the miniature box and the larger one
+inline constexpr Facon facon_vignette{16, false, false};  // a patron's thumbnail
+inline constexpr Facon facon_apercu{15, true, true};      // the patron that was picked
 
 class Nuage {
  public:
@@ -37,10 +36,8 @@ class Nuage {
   // would be a division by zero.
   double x(double value, double width) const { return placed(x_, value, width); }
   double y(double value, double height) const { return placed(y_, value, height); }
-  // Sets the width of dot `k`, where the painter has one of its own.
-  void set_width(platform::PictureBox& box, std::size_t k) const {
-    if (facon_.fin_grasse) box.DrawWidth = k + 1 == count_ ? 3 : 1;
-  }
+  // Sets the width of dot `k` where the end of the stroke is to show: the last dot is 3 wide, the others 1.
+  void set_width(platform::PictureBox& box, std::size_t k) const { box.DrawWidth = k + 1 == count_ ? 3 : 1; }
 
  private:
   // The bounds of one axis. They start where a small screen begins and ends, so that what lies beyond 2000 or below 0

@@ -1,6 +1,5 @@
 #include "desktop/profile.h"
 
-#include <pwd.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -92,12 +91,12 @@ std::optional<std::int64_t> writer_of(std::string_view name, const std::string& 
 
 }  // namespace
 
-std::string profile_folder() {
+std::string profile_folder(passwd* (*user_of)(uid_t)) {
   const char* const config = std::getenv("XDG_CONFIG_HOME");
   if (config != nullptr && config[0] == '/') return std::string(config) + "/strokemind";
   const char* home = std::getenv("HOME");
-  if (home == nullptr || home[0] == '\0') {
-    const passwd* const user = ::getpwuid(::getuid());
+  if (home == nullptr || home[0] != '/') {
+    const passwd* const user = user_of(::getuid());
     home = user != nullptr ? user->pw_dir : "/";
   }
   return std::string(home) + "/.config/strokemind";
@@ -178,7 +177,7 @@ void ProfileFolder::make_folder(const std::string& folder) {
 
 // Makes the names in a folder outlast a power cut.
 bool ProfileFolder::make_lasting(const std::string& folder) {
-  const Descriptor directory(files_, folder.empty() ? "/" : folder, platform::Opening::folder);
+  const Descriptor directory(files_, folder + "/", platform::Opening::folder);
   return directory.open() && steadily([&] { return files_.fsync(directory.get()); }) == 0;
 }
 

@@ -2,6 +2,8 @@
 // in between.
 #pragma once
 
+#include <pwd.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,8 +15,9 @@
 
 namespace desktop {
 
-// The folder of the profile: $XDG_CONFIG_HOME/strokemind, else ~/.config/strokemind.
-std::string profile_folder();
+// The folder of the profile: $XDG_CONFIG_HOME/strokemind, else .config/strokemind of $HOME, else of the home that the
+// system knows for the user. Paths that do not start at the root are passed over.
+std::string profile_folder(passwd* (*user_of)(uid_t) = ::getpwuid);
 
 class ProfileFolder : public platform::FileStore {
  public:

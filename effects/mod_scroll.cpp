@@ -21,7 +21,6 @@ void Mod_Scroll::preparer(const std::string& texte) {
   platform::SetRect(rect_defilement_, 1, 1, width, height);
   platform::SetRect(rect_texte_, 1, height, width,
                     height + whole(platform::TextHeight(services_.fonts, Pictxt_)) + sous_le_bord);
-  format_texte_ = platform::DT_CENTER;
   lignes_aide.clear();
   constexpr std::string_view fin_de_ligne = "\r\n";
   for (std::size_t start = 0;;) {
@@ -55,11 +54,10 @@ void Mod_Scroll::avancer(std::string& ligne) {
   const platform::PictureBox::Hold at_once(Pictxt_);
   if (Pictxt_.ScaleHeight() > static_cast<float>(rect_texte_.bottom)) {
     platform::OffsetRect(rect_texte_, 0, whole(platform::TextHeight(services_.fonts, Pictxt_)));
-    ligne = lignes_aide.at(static_cast<std::size_t>(ligne_courante));
-    if (format_texte_ == platform::DT_CENTER) ligne = platform::trimmed(ligne);
+    ligne = platform::trimmed(lignes_aide.at(static_cast<std::size_t>(ligne_courante)));
     ++ligne_courante;
   }
-  platform::DrawTextA(services_.fonts, Pictxt_, ligne, rect_texte_, format_texte_);
+  platform::DrawTextA(services_.fonts, Pictxt_, ligne, rect_texte_, platform::DT_CENTER);
   platform::OffsetRect(rect_texte_, 0, -1);
   platform::ScrollDC(Pictxt_, 0, -1, rect_defilement_);
   const double bas = Pictxt_.ScaleHeight() - 1.0;

@@ -31,7 +31,6 @@ class Mod_Scroll {
 
   platform::Services& services_;
   platform::PictureBox& Pictxt_;
-  std::int32_t format_texte_ = platform::DT_CENTER;
   std::int32_t dernier_tick_ = 0;     // of the last step, ms
   platform::RECT rect_texte_{};       // where the present line is drawn, pixels of the panel
   platform::RECT rect_defilement_{};  // what scrolls

@@ -13,7 +13,7 @@ class FormInstance {
   FormInstance(const FormInstance&) = delete;
   FormInstance& operator=(const FormInstance&) = delete;
 
-  // Runs when the form has been made and has its window; here its handlers are filled in.
+  // Runs when the form has been made and has its window; here its handlers are filled in. Set before the first use.
   std::function<void(F&)> Load;
   // Runs before the form goes.
   std::function<void(F&)> Unload;
@@ -25,7 +25,7 @@ class FormInstance {
       form_ = std::make_unique<F>();
       windows_.load(*form_);
       loading_ = true;
-      if (Load) Load(*form_);
+      Load(*form_);
       loading_ = false;
     }
     return *form_;

@@ -29,7 +29,10 @@ class Ledger {
   void may_delete(const std::string& name) { deletable_.insert(name); }
   void may_redraw(const std::string& name) { redrawable_.insert(name); }
   void may_add() { ++addable_; }
-  void may_bind(const std::string& name, const std::string& action) { bindings_[name].insert(action); }
+  void may_bind(const std::string& name, const std::string& action) {
+    bindings_[name].insert(action);
+    bound_behind_[name] = desktop_.files.written;
+  }
   // A hand has put something else in the place of the file.
   void changed_by_hand(const std::string& bytes);
 
@@ -38,10 +41,6 @@ class Ledger {
   // The patrons that a fresh program finds in the file are the user's.
   void check_file() const;
 
-  // Actions that only the list held and that went with its rows when it was rebuilt: cleared ones that came back, and
-  // bound ones that were lost.
-  int back = 0, lost = 0;
-
  private:
   using Patrons = std::map<std::string, Mod_dessin::Patron>;
   static void expect(bool kept, const std::string& promise);
@@ -49,13 +48,14 @@ class Ledger {
   void check_patrons();
   void check_changes(const Mod_dessin::Patron& now, const std::string& action, Mod_dessin::Patron& before);
   void check_rows() const;
+  void check_saved() const;
 
   simulation::DesktopInMemory& desktop_;
   Programme& programme_;
   Patrons patrons_;  // by name; Action as the next save would write it
   std::set<std::string> deletable_, redrawable_;
-  std::set<std::string> list_only_;  // patrons whose action is in the list and not yet in the table
   std::map<std::string, std::set<std::string>> bindings_;
+  std::map<std::string, int> bound_behind_;  // how often the file had been written when a patron was last bound
   int addable_ = 0;
   std::vector<std::string> by_hand_;
 };

@@ -65,8 +65,6 @@ int main(int count, char** arguments) {
   const auto start = std::chrono::steady_clock::now();
   const auto seconds = [&] { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(); };
   long events = 0;
-  long back = 0;
-  long lost = 0;
   long seed = orders.first_seed;
   for (; events < orders.events && seconds() < static_cast<double>(orders.seconds); ++seed) {
     present_seed = static_cast<int>(seed);
@@ -75,14 +73,11 @@ int main(int count, char** arguments) {
       User user(static_cast<std::uint64_t>(seed));
       user.trace = orders.trace;
       events += user.live(events_of_a_life);
-      back += user.ledger().back;
-      lost += user.ledger().lost;
     } catch (const std::exception& broken) {
       std::printf("seed %ld: broken: %s\nagain: simulation_run --seed %ld\n", seed, broken.what(), seed);
       return 1;
     }
   }
   std::printf("%ld events in %ld lives, %.0f s: every promise kept\n", events, seed - orders.first_seed, seconds());
-  std::printf("when the list was rebuilt before a save: %ld cleared actions back, %ld bound ones gone\n", back, lost);
   return 0;
 }

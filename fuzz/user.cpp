@@ -49,6 +49,7 @@ User::User(std::uint64_t seed)
   const std::string profile = first_profile(chances_);
   if (!profile.empty()) desktop_.files.files[profile_name] = profile;
   desktop_.tray = !chances_.once_in(4);
+  if (chances_.once_in(6)) desktop_.journal.faults["font"] = chances_.between(1, 3);
   desktop_.others = {{9001, 0, 0, 0, 800, 600}, {9002, 9001, 100, 100, 200, 200}, {9003, 0, 900, 0, 500, 900}};
   for (int n = 0; n < 6; ++n) drawn_.push_back(some_stroke(chances_));
 }
@@ -257,6 +258,13 @@ void User::on_control(platform::Control& control) {
   const bool editor = programme_.actions().loaded() && &control.form() != &sk;
   const auto gone = [&] { return desktop_.ended() || (editor && !programme_.actions().loaded()); };
   fire(move, event);
+  // A drag, or a trembling hand that comes back to the same place.
+  for (int n = chances_.between(0, 3); n > 0 && !gone(); --n) {
+    event.Button = chances_.one_of({0, 1, 1, 2});
+    if (chances_.once_in(2)) event.X += static_cast<float>(chances_.between(-20, 20));
+    if (chances_.once_in(2)) event.Y += static_cast<float>(chances_.between(-20, 20));
+    fire(move, event);
+  }
   if (gone() || chances_.once_in(3)) return;
   event.Button = chances_.once_in(5) ? 2 : 1;
   fire(down, event);
@@ -292,17 +300,17 @@ void User::type_into(platform::TextBox& box, const std::string& prefix) {
 }
 
 std::string User::some_name() {
-  const auto& slots = programme_.table().patrons;
   switch (chances_.below(8)) {
     case 0:
-      return chances_.among(slots).Nom;
+      // Of one of the first slots: most are empty, and now and then one is a hole.
+      return programme_.table().patrons[chances_.below(programme_.table().nb_patrons + 1U)].Nom;
     case 1:
       return "";
     case 2:
-      return chances_.one_of<const char*>({" ",      "   ",      "-",        "pos", "Pos",    "[x]", "a=b", "a;b",
-                                           "漢",     "\x01",     "a\tb",     "ÿ",   "ß",      "œ",   "été", "ÉTÉ",
-                                           "\u00A0", "a\u00A0",  "{U+6F22}", "..",  "\"a\"",  "ƒ",   "µ",   " a",
-                                           "a ",     "\xFF\xFE", "ind",      "'",   "\u0085", "__"});
+      return chances_.one_of<const char*>({" ",      "   ",     "-",        "pos",      "Pos", "[x]",    "a=b", "a;b",
+                                           "漢",     "\x01",    "a\tb",     "ÿ",        "ß",   "œ",      "été", "ÉTÉ",
+                                           "\u00A0", "a\u00A0", "\x7F",     "{U+6F22}", "..",  "\"a\"",  "ƒ",   "µ",
+                                           " a",     "a ",      "\xFF\xFE", "ind",      "'",   "\u0085", "__"});
     case 3:
       return std::string(static_cast<std::size_t>(chances_.between(1, 600)), 'n');
     default:
@@ -312,9 +320,9 @@ std::string User::some_name() {
 
 std::string User::some_action() {
   if (chances_.once_in(2)) return "texte " + std::to_string(chances_.below(50));
-  return chances_.one_of<const char*>({"", "a\r\nb", "\n", " blanc", "blanc ", "[Pos]", ";x", "a=b", "漢字 é",
-                                       "{U+6F22}", "\"x\"", "\xC3", "+(ab)", "/usr/bin/xterm -e top", "\t", "\r",
-                                       "C:"});
+  return chances_.one_of<std::string>({"", "a\r\nb", "\n", " blanc", "blanc ", "blanc{ }", "[Pos]", ";x", "a=b",
+                                       "漢字 é", "{U+6F22}", "\"x\"", "\xC3", "+(ab)", "/usr/bin/xterm -e top", "\t",
+                                       "\r", "C:", std::string("nul\0", 4)});
 }
 
 std::string User::chosen() const {

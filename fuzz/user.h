@@ -20,7 +20,6 @@ class User : private platform::Dialogs {
   // Starts the program; gives how many events came to pass, at most `most`, before it ended or was ended. Throws
   // Broken.
   long live(long most);
-  const Ledger& ledger() const { return ledger_; }
   // What was done, for a replay.
   bool trace = false;
 

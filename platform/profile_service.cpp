@@ -91,15 +91,9 @@ bool ProfileService::flush(std::string_view file) {
 // or a hand has changed it.
 bool ProfileService::foreign(std::string_view file, const Gathered& pending, const std::string& next) {
   std::string now;
-  switch (files_.read(file, now)) {
-    case ReadOutcome::missing:
-      return false;
-    case ReadOutcome::read:
-      return now != pending.known && now != next;
-    case ReadOutcome::unreadable:
-      break;
-  }
-  return true;
+  const ReadOutcome outcome = files_.read(file, now);
+  if (outcome == ReadOutcome::read) return now != pending.known && now != next;
+  return outcome == ReadOutcome::unreadable;
 }
 
 void ProfileService::preserve(std::string_view file) {

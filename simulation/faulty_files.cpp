@@ -125,7 +125,7 @@ const std::vector<int>& errors_of(std::string_view call) {
       {"rename", {EACCES, EBUSY, EDQUOT, EIO, ENOMEM, ENOSPC, EPERM, EROFS, EXDEV}},
       {"link", {EACCES, EDQUOT, EIO, EMLINK, ENOSPC, EPERM, EROFS, EXDEV}},
       {"unlink", {EACCES, EBUSY, EIO, EPERM, EROFS}},
-      {"mkdir", {EACCES, EDQUOT, EIO, EMLINK, ENOSPC, EROFS}},
+      {"mkdir", {EACCES, EDQUOT, EIO, EMLINK, ENOENT, ENOSPC, EROFS}},
       {"readlink", {EACCES, EIO, ELOOP, ENOMEM}},
       {"list", {EACCES, EIO, EMFILE, ENOMEM}}};
   return errors.at(call);

@@ -120,10 +120,9 @@ void Profil::lire_patron(Patron& patron) {
     if (list->values.size() == count) continue;
     // The numbers beyond the count are not kept, so the list cannot be written back as it was.
     whole = false;
-    std::size_t end = 0;
-    for (std::size_t n = 0; n <= count && end != std::string::npos; ++n)
-      end = list->text.find('.', n == 0 ? 0 : end + 1);
-    list->text.resize(std::min(end, list->text.size()));
+    std::size_t end = 0;  // the mark before the first number that goes
+    for (std::size_t n = 0; n < count; ++n) end = list->text.find('.', end + 1);
+    list->text.resize(end);
     list->values.resize(count);
   }
   if (!whole || !keys_among(section, {"Ind", "X", "Y", cle_action})) ini_.preserve();
@@ -147,11 +146,12 @@ bool Profil::lire_liste(const std::string& section, const char* key, Coordinates
   list.values.clear();
   list.text.clear();
   for (int n = 0; n < count; ++n) {
-    const std::string& token = *morceaux_[static_cast<std::size_t>(n)];
+    // Tabs at the end of the list would not be found again either.
+    const std::string_view token = platform::trimmed(*morceaux_[static_cast<std::size_t>(n)]);
     const std::optional<double> value = platform::number_value(token);
     whole = whole && value.has_value();
     list.values.push_back(value.value_or(0));
-    list.text += "." + (token.empty() ? "0" : token);
+    list.text.append(".").append(token.empty() ? "0" : token);
   }
   return whole && list.text == text;
 }
@@ -199,7 +199,9 @@ std::string Profil::texte_axe(float now, const Place& place) {
 bool Profil::ecrire_patrons() {
   if (ini_.exists()) ini_.kill();
   reprendre_actions(sk_, table_);
-  for (const Patron& patron : table_.patrons) {
+  // The slot behind them is never filled.
+  for (std::size_t slot = 0; slot < table_capacity; ++slot) {
+    const Patron& patron = table_.patrons[slot];
     if (patron.Nom.empty()) break;
     if (patron.Nom == nom_efface) continue;
     ini_.ecrire_ini(patron.Nom, "Ind", std::to_string(patron.Ind));

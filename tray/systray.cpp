@@ -1,6 +1,7 @@
 #include "tray/systray.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "platform/text.h"
 
@@ -39,6 +40,8 @@ void Cls_Systray::fill_tip(const std::string& text) {
 }
 
 void changer_icone(SK& sk, Cls_Systray& systray, int n) {
-  if (const platform::ListImage* const image = sk.ImageList132(n)) sk.Icon = image->picture;
+  const platform::ListImage* const image = sk.ImageList132(n);
+  assert(image != nullptr);
+  sk.Icon = image->picture;
   systray.Icon(sk);
 }

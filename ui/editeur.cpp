@@ -1,6 +1,7 @@
 #include "ui/editeur.h"
 
 #include <array>
+#include <cassert>
 #include <cstdint>
 
 #include "effects/mod_fade.h"
@@ -84,7 +85,8 @@ void Editeur::Form_Load(Actions& form) {
 
 // However the editor closes, and whatever the pause entry says, the hook runs afterwards.
 void Editeur::Form_Unload() {
-  if (hook_ != nullptr) hook_->DLL_STOP(0);
+  assert(hook_ != nullptr);
+  hook_->DLL_STOP(0);
   changer_icone(programme_.sk, programme_.systray, image_marche);
 }
 

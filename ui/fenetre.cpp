@@ -26,7 +26,7 @@ void Fenetre::Form_MouseMove(const platform::MouseEvent& event) {
 void Fenetre::offrir_menu(platform::Control& surface) {
   surface.MouseDown = [this, before = std::move(surface.MouseDown)](const platform::MouseEvent& event) {
     constexpr int right_button = 2;
-    if (before) before(event);
+    before(event);
     if (event.Button == right_button && !services_.shell.tray_present()) menu_.ouvrir();
   };
 }

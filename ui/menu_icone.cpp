@@ -1,5 +1,6 @@
 #include "ui/menu_icone.h"
 
+#include <cassert>
 #include <cstdint>
 #include <utility>
 
@@ -63,7 +64,8 @@ void MenuIcone::mnuPause_Click() {
   Menu& menu = menu_();
   const bool pause = !menu.mnuPause.Checked;
   menu.mnuPause.Checked = pause;
-  if (hook_ != nullptr) hook_->DLL_STOP(pause ? 1 : 0);
+  assert(hook_ != nullptr);
+  hook_->DLL_STOP(pause ? 1 : 0);
   changer_icone(sk_, systray_, pause ? image_arret : image_marche);
 }
 

@@ -61,8 +61,14 @@ TEST(Profile, TakesWhatItCanAndKeepsTheRest) {
   const auto section = [](const std::string& body) { return "[A]\r\n" + body + "Actionassoci\xE9=\r\n"; };
   std::string many;
   for (int n = 0; n < 101; ++n) many += "[N" + std::to_string(n) + "]\r\nInd=0\r\nX=\r\nY=\r\nActionassoci\xE9=\r\n";
+  std::string keys;
+  for (int n = 0; n < 1001; ++n) keys += "K" + std::to_string(n) + "=1\r\n";
   for (const Case& c : std::vector<Case>{
            {"unix line ends", "[A]\nInd=2\nX=.1.2\nY=.3.4\nActionassoci\xE9=\n[Pos]\nX=1\nY=2", 1, 2, false},
+           {"more numbers than there is room for", section("Ind=1\r\nX=.1" + std::string(6000, '.') + "\r\nY=.3\r\n"),
+            1, 1, true},
+           {"too many keys", section("Ind=0\r\n" + keys) + pos, 1, 0, true},
+           {"a tab behind a number", section("Ind=2\r\nX=.1.\t.3\r\nY=.3.4\r\n") + pos, 1, 2, true},
            {"no Ind", section("X=.1.2\r\nY=.3.4\r\n") + pos, 1, 0, true},
            {"Ind too large", section("Ind=3\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 2, true},
            {"Ind too small", section("Ind=1\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 1, true},
@@ -133,7 +139,7 @@ TEST(Profile, WritesWhatTheListSays) {
   Scene scene;
   scene.start();
   auto& list = scene.programme.sk().LV;
-  list.row(1).SubItems(2) = "T:ligne\r\ndeux\ntrois\r漢";
+  list.row(1).SubItems(2) = "T:ligne\r\ndeux\ntrois\r漢{ } ";
   list.row(3).SubItems(2) = "";
   // Slot 1 is deleted, so that the third row no longer stands for the third slot.
   scene.programme.table().patrons[1].Nom = "-";
@@ -141,7 +147,8 @@ TEST(Profile, WritesWhatTheListSays) {
   list.row(2).SubItems(2) = "C:Copier";
   list.row(3).Text = "AUTRE";
   scene.programme.quit();
-  EXPECT_THAT(scene.saved(), HasSubstr("=T:ligne{ENTER}deux{ENTER}trois{ENTER}{U+6F22}\r\n"));
+  EXPECT_THAT(scene.saved(), HasSubstr("=T:ligne{ENTER}deux{ENTER}trois{ENTER}{U+6F22}{ } \r\n"));
+  EXPECT_EQ(Visit(scene.saved()).table.patrons[0].Action, "T:ligne{ENTER}deux{ENTER}trois{ENTER}漢{ }");
   EXPECT_THAT(scene.saved(), HasSubstr("Actionassoci\xE9=C:Copier\r\n[Pos]"));
   EXPECT_THAT(scene.saved(), Not(HasSubstr("BARRE")));
 }

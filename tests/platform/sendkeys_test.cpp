@@ -68,7 +68,7 @@ TEST(SendKeys, ATextIsTheStrokesItSays) {
       {"{F1}{f9}{F10}{F16}", "<70> <78> <79> <7F>"},
       {"{LEFT 3}{h  2}", "<25> <25> <25> h h"},
       {"{+}{^}{%}{~}{(}{)}{{}{}}{[}{]}", "+ ^ % ~ ( ) { } [ ]"},
-      {"{} 2}{{ 2}{  2}{é}", "} } { {     é"},
+      {"{} 2}{{ 2}{  2}{ }{é}", "} } { {       é"},
       {"{U+6F22}{u+e9 2}{U+D}{U+1F600}", "漢 é é <0D> 😀"}};
   for (const auto& [text, strokes] : cases) EXPECT_EQ(shown(text), strokes) << text;
 }

@@ -22,7 +22,7 @@ TEST(Words, AreSplitAsAShellSplitsThem) {
       {R"("\"\\\$\`\a" '\"')", Words{R"("\$`\a)", R"(\")"}},
       {R"('a"b' "c'd")", Words{"a\"b", "c'd"}},
       {"$HOME * > x; y & `z`", Words{"$HOME", "*", ">", "x;", "y", "&", "`z`"}},
-      {"~ ~/a ~b a~ a/~/b", Words{"/h", "/h/a", "~b", "a~", "a/~/b"}},
+      {"~ ~/a ~b a~ a/~/b ~", Words{"/h", "/h/a", "~b", "a~", "a/~/b", "/h"}},
       {R"('~' "~/a" \~/b ~"/c")", Words{"~", "~/a", "~/b", "~/c"}},
       {"'open", std::nullopt},
       {"\"open", std::nullopt},

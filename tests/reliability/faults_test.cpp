@@ -1,6 +1,9 @@
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <functional>
 
 #include "tests/reliability/store.h"
 
@@ -158,6 +161,84 @@ TEST(Faults, WhatCannotBeReadIsKept) {
     EXPECT_EQ(store.table.nb_patrons, 0) << call;
     EXPECT_TRUE(store.save("")) << call;
     EXPECT_EQ(bytes_of(root.path / "Strokemind.AI.ancien"), first_table()) << call;
+  }
+}
+
+// What may stand where the file, its folder, its temporary file or its copy should be.
+TEST(Faults, WhatStandsInTheWay) {
+  struct Obstacle {
+    const char* what;
+    std::function<void(const fs::path& file)> put;
+    bool saved, copied;
+  };
+  const std::string temporary = ".Strokemind.AI.nouveau-" + std::to_string(::getpid());
+  const auto fill_names = [](const fs::path& file) {
+    write(file, "; odd");
+    for (int n = 1; n <= 1000; ++n) write(file.string() + ".ancien" + (n == 1 ? "" : "-" + std::to_string(n)), "x");
+  };
+  for (const Obstacle& obstacle : std::vector<Obstacle>{
+           {"a folder", [](auto& file) { fs::create_directory(file); }, true, true},
+           {"a huge file", [](auto& file) { write(file, ""), fs::resize_file(file, 1U << 26U); }, true, true},
+           {"a ring of links", [](auto& file) { fs::create_symlink(file.filename(), file); }, false, false},
+           {"a link from the root", [](auto& file) { fs::create_symlink(file.string() + ".x", file); }, true, false},
+           {"no folder", [](auto& file) { fs::remove(file.parent_path()), write(file.parent_path(), ""); }, false,
+            false},
+           {"no room", [&](auto& file) { fs::create_directory(file.parent_path() / temporary); }, false, false},
+           {"no name left for a copy", fill_names, false, true}}) {
+    SCOPED_TRACE(obstacle.what);
+    Folder root;
+    const fs::path file = root.path / "strokemind" / profile_name;
+    fs::create_directory(file.parent_path());
+    obstacle.put(file);
+    Unsynced system;
+    desktop::ProfileFolder profile(file.parent_path(), system);
+    Store store(profile);
+    store.fill(1, 2);
+    const Mod_dessin::Table table = store.table;
+    EXPECT_EQ(store.save(""), obstacle.saved);
+    EXPECT_EQ(store.table, table);
+    EXPECT_EQ(Store(profile).table.nb_patrons, obstacle.saved ? 1 : 0);
+    EXPECT_EQ(fs::exists(file.string() + ".ancien"), obstacle.copied);
+  }
+}
+
+// A file that gets shorter between two calls is read as far as it goes.
+TEST(Faults, AFileThatShrinks) {
+  struct Shrinking : Unsynced {
+    int fstat(int file, platform::FileState& state) override {
+      const int result = SystemFiles::fstat(file, state);
+      state.size += 10;
+      return result;
+    }
+  };
+  Folder root;
+  write(root.path / profile_name, first_table());
+  Shrinking system;
+  desktop::ProfileFolder profile(root.path, system);
+  EXPECT_EQ(Store(profile).table.nb_patrons, 3);
+  std::vector<std::string> names;
+  platform::FileState state;
+  EXPECT_EQ(system.list(root.path / "none", names), -1);
+  EXPECT_EQ(system.SystemFiles::fstat(-1, state), -1);
+  fs::create_directory(root.path / "folder");
+  EXPECT_FALSE(profile.replace("folder", "x"));
+}
+
+TEST(Faults, TheFolderIsFoundWhateverTheEnvironmentSays) {
+  static passwd user{};
+  static std::string home = "/known";
+  user.pw_dir = home.data();
+  const auto known = [](uid_t) { return &user; };
+  const auto unknown = [](uid_t) -> passwd* { return nullptr; };
+  for (const auto& [config, value, user_of, folder] :
+       {std::tuple<const char*, const char*, passwd* (*)(uid_t), const char*>{"/c", "/h", known, "/c/strokemind"},
+        {"c", "/h", known, "/h/.config/strokemind"},
+        {nullptr, "h", known, "/known/.config/strokemind"},
+        {nullptr, nullptr, known, "/known/.config/strokemind"},
+        {nullptr, nullptr, unknown, "//.config/strokemind"}}) {
+    config != nullptr ? ::setenv("XDG_CONFIG_HOME", config, 1) : ::unsetenv("XDG_CONFIG_HOME");
+    value != nullptr ? ::setenv("HOME", value, 1) : ::unsetenv("HOME");
+    EXPECT_EQ(desktop::profile_folder(user_of), folder);
   }
 }
 

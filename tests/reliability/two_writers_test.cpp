@@ -1,10 +1,12 @@
+#include <unistd.h>
+
 #include "tests/reliability/store.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
+using testing::UnorderedElementsAreArray;
 
 // The file, or those that were set aside.
 std::string file_in(platform::FileStore& files, const std::string& name = profile_name) {
@@ -44,6 +46,12 @@ void write_in_turn(platform::FileStore& files, platform::FileStore& files_of_two
   files.replace(profile_name, "; by hand");
   ASSERT_TRUE(one.save("T:six"));
   EXPECT_THAT(copies_in(files), ElementsAre(of_one, of_two, "; by hand"));
+  // What is about to be written anyway is not lost.
+  const std::string six = file_in(files);
+  ASSERT_TRUE(one.save("T:sept"));
+  files.replace(profile_name, six);
+  ASSERT_TRUE(one.save("T:six"));
+  EXPECT_EQ(copies_in(files).size(), 3U);
 }
 
 TEST(TwoWriters, KeepEachOthersWork) {
@@ -56,17 +64,25 @@ TEST(TwoWriters, KeepEachOthersWork) {
   write_in_turn(memory, memory);
 }
 
-// The temporary file of a process that lives is left to it.
+// The temporary file of a process that lives is left to it, and so is whatever else is hidden there.
 TEST(TwoWriters, LeaveTheirTemporaryFilesAlone) {
   Folder root;
   const std::string dead = ".nouveau-999999999";  // beyond the largest number that Linux gives
-  write(root.path / ".Strokemind.AI.nouveau-1", "of another");
-  write(root.path / (".Strokemind.AI" + dead), "of the dead");
-  write(root.path / (".Strokemind.AI.ancien-2" + dead), "of the dead");
-  write(root.path / ".Strokemind.AI.nouveau-x", "not ours");
+  const std::string own = ".nouveau-" + std::to_string(::getpid());
+  for (const std::string& name : {dead, own, ".ancien-2" + dead, ".ancien" + own}) {
+    write(root.path / (".Strokemind.AI" + name), "to go");
+  }
+  const std::vector<std::string> strangers{".nouveau-1",
+                                           ".nouveau-x",
+                                           ".nouveau-1.5",
+                                           ".nouveau-",
+                                           ".nouveau",
+                                           ".autre" + dead,
+                                           ".nouveau-9999999999999999999"};
+  for (const std::string& name : strangers) write(root.path / (".Strokemind.AI" + name), name);
   desktop::ProfileFolder profile(root.path);
   ASSERT_TRUE(Store(profile).save(""));
-  EXPECT_THAT(files_of(root.path, "."), UnorderedElementsAre("of another", "not ours"));
+  EXPECT_THAT(files_of(root.path, "."), UnorderedElementsAreArray(strangers));
 }
 
 }  // namespace
