@@ -25,7 +25,8 @@ bool select_raw_events(Display* display) {
   if (XIQueryVersion(display, &major, &minor) != Success) return false;
   std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> bits{};
   for (const int type : {XI_RawMotion, XI_RawButtonPress, XI_RawButtonRelease, XI_RawKeyPress, XI_RawKeyRelease}) {
-    XISetMask(bits.data(), type);
+    unsigned char& eight = bits.at(static_cast<std::size_t>(type) / 8);
+    eight = static_cast<unsigned char>(eight | 1U << static_cast<unsigned>(type) % 8);
   }
   XIEventMask mask{XIAllDevices, static_cast<int>(bits.size()), bits.data()};
   XISelectEvents(display, DefaultRootWindow(display), &mask, 1);

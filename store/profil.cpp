@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <vector>
@@ -187,7 +188,7 @@ void Profil::lire_axe(const std::string& section, const char* key, platform::Pro
   const std::optional<double> value = platform::number_value(text);
   // Beyond this no desktop has a pixel.
   constexpr double farthest = 1E+07;  // twips
-  if (!value || *value > farthest || *value < -farthest) return ini_.preserve();
+  if (!value || std::abs(*value) > farthest) return ini_.preserve();
   axis = static_cast<float>(*value);
   place = {text, axis};
 }

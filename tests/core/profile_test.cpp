@@ -83,7 +83,7 @@ TEST(Profile, TakesWhatItCanAndKeepsTheRest) {
            {"a comment", "; mine\r\n" + pos, 0, 0, true},
            {"a section twice", section("Ind=0\r\nX=\r\nY=\r\n") + "[a]\r\nInd=1\r\n" + pos, 1, 0, true},
            {"something behind the position", pos + section("Ind=0\r\nX=\r\nY=\r\n"), 0, 0, true},
-           {"a name with a blank", "[UN DEUX]\r\nInd=0\r\nX=\r\nY=\r\nActionassoci\xE9=\r\n" + pos, 2, 0, true},
+           {"a name with blanks", "[UN  DEUX]\r\nInd=0\r\nX=\r\nY=\r\nActionassoci\xE9=\r\n" + pos, 2, 0, true},
            {"too many sections", many + pos, 100, 0, true},
            {"a position that is none", "[Pos]\r\nX=abc\r\nY=1E+30\r\n", 0, 0, true},
            {"no position", section("Ind=1\r\nX=.1\r\nY=.3\r\n"), 1, 1, false},
