@@ -1,7 +1,7 @@
 // The whole program under a user of chance: many short lives, each from a seed, until the time or the events are used
-// up.
+// up, whichever comes first.
 //
-// usage: simulation_run [--seconds N | --events N] [--first-seed S]     20 seconds from seed 1 on
+// usage: simulation_run [--seconds N] [--events N] [--first-seed S]     20 seconds from seed 1 on
 //        simulation_run --seed S                                        one life, with a trace of all that was done
 #include <unistd.h>
 
@@ -26,9 +26,11 @@ extern "C" void too_long(int /*signal*/) {
   std::abort();
 }
 
+constexpr long no_limit = std::numeric_limits<long>::max();
+
 struct Orders {
-  long seconds = 20;
-  long events = std::numeric_limits<long>::max();
+  long seconds = no_limit;
+  long events = no_limit;
   long first_seed = 1;
   bool trace = false;
 };
@@ -42,7 +44,6 @@ Orders orders_of(int count, char** arguments) {
       orders.seconds = value;
     } else if (option == "--events") {
       orders.events = value;
-      orders.seconds = std::numeric_limits<int>::max();
     } else if (option == "--first-seed") {
       orders.first_seed = value;
     } else if (option == "--seed") {
@@ -54,6 +55,7 @@ Orders orders_of(int count, char** arguments) {
       std::exit(2);
     }
   }
+  if (orders.seconds == no_limit && orders.events == no_limit) orders.seconds = 20;
   return orders;
 }
 
