@@ -2,6 +2,7 @@
 // ramp leaves the settings of its box as they were.
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "effects/mod_fade.h"
 #include "forms/sk.h"
@@ -40,7 +41,8 @@ class Drawing {
         promise(!canvas.colour_at(x, y) || (x >= 0 && y >= 0));
         return;
       default:
-        return ramp(box, static_cast<unsigned>(colour));
+        // Some hundred boxes each: one says it all.
+        if (!std::exchange(ramped_, true)) ramp(box, static_cast<unsigned>(colour));
     }
   }
 
@@ -72,6 +74,7 @@ class Drawing {
   }
 
   Input& input_;
+  bool ramped_ = false;
 };
 
 }  // namespace

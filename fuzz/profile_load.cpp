@@ -30,6 +30,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   dessin.dessin_x[1] = 64;
   Mod_dessin::verdict(dessin, table, Mod_dessin::highest_used(table));
   // Drawing every miniature takes its time, and a few show it all.
-  if (live <= 3) Mod_dessin::rebatir_vignettes(sk, table);
+  if (live > 0 && live <= 3) Mod_dessin::rebatir_vignettes(sk, table);
   return 0;
 }
