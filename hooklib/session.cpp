@@ -213,9 +213,12 @@ void Session::handle(const xcb_generic_event_t& event) {
       perform(gesture_.frozen_press(press.time, wanted_ && (press.state & XCB_MOD_MASK_CONTROL) == 0));
       break;
     }
-    case XCB_DESTROY_NOTIFY:
-      grab_.window_destroyed(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
+    case XCB_DESTROY_NOTIFY: {
+      const xcb_window_t window = reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window;
+      grab_.window_destroyed(window);
+      trail_.window_gone(window);
       break;
+    }
     case XCB_CLIENT_MESSAGE:
       handle_message(reinterpret_cast<const xcb_client_message_event_t&>(event));
       break;

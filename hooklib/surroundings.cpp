@@ -49,7 +49,7 @@ Surroundings SurroundingsQuestion::answer() {
     found.density = density_of({static_cast<const char*>(xcb_get_property_value(resources.get())),
                                 static_cast<std::size_t>(xcb_get_property_value_length(resources.get()))});
   }
-  found.composited = compositor && compositor->owner != XCB_WINDOW_NONE;
+  found.compositor = compositor ? compositor->owner : xcb_window_t{XCB_WINDOW_NONE};
   found.width = geometry ? geometry->width : display_.screen->width_in_pixels;
   found.height = geometry ? geometry->height : display_.screen->height_in_pixels;
   return found;

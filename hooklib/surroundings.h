@@ -12,9 +12,9 @@
 namespace hooklib {
 
 struct Surroundings {
-  double density = 1;       // dpi / 96
-  bool composited = false;  // a compositing manager blends windows
-  std::uint16_t width = 0;  // of the whole screen, pixels
+  double density = 1;           // dpi / 96
+  xcb_window_t compositor = 0;  // of the manager that blends windows; 0 if there is none
+  std::uint16_t width = 0;      // of the whole screen, pixels
   std::uint16_t height = 0;
 };
 

@@ -18,6 +18,8 @@ constexpr std::uint8_t blended_depth = 32;
 constexpr std::size_t segments_per_window = 64;
 // A trail longer than these can hold loses its beginning: somebody may scribble for an hour.
 constexpr std::size_t windows_limit = 16;
+// Side of the windows that are blended. What a new one costs, and its compositing manager with it, grows with its area.
+constexpr int tile_side = 512;
 // Points closer than this to the one before add nothing that can be seen. Pixels at 96 dpi.
 constexpr double least_segment = 2.0;
 
@@ -103,7 +105,9 @@ Trail::Trail(Display& display) : display_(display) {
 
 void Trail::begin(const Surroundings& surroundings, TrailPoint start) {
   surroundings_ = surroundings;
+  if (blended_visual_ == 0) surroundings_.compositor = 0;
   last_ = start;
+  watch_compositor(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
 }
 
 void Trail::extend(const std::vector<TrailPoint>& points) {
@@ -113,7 +117,7 @@ void Trail::extend(const std::vector<TrailPoint>& points) {
     if (std::hypot(point.x - from.x, point.y - from.y) >= least_segment * surroundings_.density) line.push_back(point);
   }
   if (line.size() == 1) return;
-  if (surroundings_.composited && blended_visual_ != 0) {
+  if (surroundings_.compositor != 0) {
     extend_blended(line);
   } else {
     extend_shaped(line);
@@ -122,12 +126,21 @@ void Trail::extend(const std::vector<TrailPoint>& points) {
 }
 
 void Trail::extend_blended(const std::vector<TrailPoint>& points) {
-  if (window_ == 0) open_blended();
-  std::vector<xcb_point_t> line;
-  line.reserve(points.size());
-  for (const TrailPoint& point : points) line.push_back({coordinate(point.x), coordinate(point.y)});
-  xcb_poly_line(display_.control.get(), XCB_COORD_MODE_ORIGIN, window_, pen_, static_cast<std::uint32_t>(line.size()),
-                line.data());
+  const double reach = trail_width * surroundings_.density;
+  const auto tile_at = [](double place) { return static_cast<int>(std::floor(place / tile_side)); };
+  const auto [left, right] = std::ranges::minmax(points, {}, &TrailPoint::x);
+  const auto [top, bottom] = std::ranges::minmax(points, {}, &TrailPoint::y);
+  std::vector<xcb_point_t> line(points.size());
+  for (int across = tile_at(left.x - reach); across <= tile_at(right.x + reach); ++across) {
+    for (int down = tile_at(top.y - reach); down <= tile_at(bottom.y + reach); ++down) {
+      std::ranges::transform(points, line.begin(), [&](const TrailPoint& point) {
+        return xcb_point_t{coordinate(point.x - across * tile_side), coordinate(point.y - down * tile_side)};
+      });
+      const xcb_window_t window = open_tile({across, down});
+      xcb_poly_line(display_.control.get(), XCB_COORD_MODE_ORIGIN, window, pen_,
+                    static_cast<std::uint32_t>(line.size()), line.data());
+    }
+  }
 }
 
 // One request for all that is new on a window: each makes the server work out anew what can be seen of all windows.
@@ -150,36 +163,39 @@ void Trail::extend_shaped(const std::vector<TrailPoint>& points) {
   }
 }
 
-void Trail::open_blended() {
+xcb_window_t Trail::open_tile(Tile place) {
+  xcb_window_t& window = tiles_[place];
+  if (window != 0) return window;
   xcb_connection_t* control = display_.control.get();
-  // Should the screen change its size, what is drawn stays.
-  const std::uint32_t values[] = {0, 0, XCB_GRAVITY_NORTH_WEST, 1, blended_colours_};
-  window_ = open_window(
-      blended_depth, blended_visual_,
-      XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_BIT_GRAVITY | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP,
-      values);
-  pen_ = xcb_generate_id(control);
-  const auto width = static_cast<std::uint32_t>(std::max(1L, std::lround(trail_width * surroundings_.density)));
-  const std::uint32_t pen[] = {blended_colour, width, XCB_CAP_STYLE_ROUND, XCB_JOIN_STYLE_ROUND};
-  xcb_create_gc(control, pen_, window_, XCB_GC_FOREGROUND | XCB_GC_LINE_WIDTH | XCB_GC_CAP_STYLE | XCB_GC_JOIN_STYLE,
-                pen);
-  xcb_map_window(control, window_);
+  const std::uint32_t values[] = {0, 0, 1, blended_colours_};
+  window = open_window(
+      {coordinate(place.first * tile_side), coordinate(place.second * tile_side), tile_side, tile_side}, blended_depth,
+      blended_visual_, XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP, values);
+  if (pen_ == 0) {
+    pen_ = xcb_generate_id(control);
+    const auto width = static_cast<std::uint32_t>(std::max(1L, std::lround(trail_width * surroundings_.density)));
+    const std::uint32_t pen[] = {blended_colour, width, XCB_CAP_STYLE_ROUND, XCB_JOIN_STYLE_ROUND};
+    xcb_create_gc(control, pen_, window, XCB_GC_FOREGROUND | XCB_GC_LINE_WIDTH | XCB_GC_CAP_STYLE | XCB_GC_JOIN_STYLE,
+                  pen);
+  }
+  xcb_map_window(control, window);
+  return window;
 }
 
 void Trail::open_shaped() {
   const std::uint32_t values[] = {opaque_colour_, 1};
-  window_ =
-      open_window(XCB_COPY_FROM_PARENT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
+  window_ = open_window({0, 0, surroundings_.width, surroundings_.height}, XCB_COPY_FROM_PARENT, XCB_COPY_FROM_PARENT,
+                        XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
   clear_shape(window_, XCB_SHAPE_SK_BOUNDING);
   segments_ = 0;
   xcb_map_window(display_.control.get(), window_);
 }
 
-xcb_window_t Trail::open_window(std::uint8_t depth, xcb_visualid_t visual, std::uint32_t mask,
-                                const std::uint32_t* values) {
+xcb_window_t Trail::open_window(const xcb_rectangle_t& place, std::uint8_t depth, xcb_visualid_t visual,
+                                std::uint32_t mask, const std::uint32_t* values) {
   xcb_connection_t* control = display_.control.get();
   const xcb_window_t window = xcb_generate_id(control);
-  xcb_create_window(control, depth, window, display_.screen->root, 0, 0, surroundings_.width, surroundings_.height, 0,
+  xcb_create_window(control, depth, window, display_.screen->root, place.x, place.y, place.width, place.height, 0,
                     XCB_WINDOW_CLASS_INPUT_OUTPUT, visual, mask, values);
   clear_shape(window, XCB_SHAPE_SK_INPUT);
   return window;
@@ -199,18 +215,39 @@ void Trail::resize(std::uint16_t width, std::uint16_t height) {
   xcb_configure_window(display_.control.get(), window_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
 }
 
+void Trail::window_gone(xcb_window_t window) {
+  if (window != surroundings_.compositor) return;
+  surroundings_.compositor = 0;
+  end_blended();
+}
+
 void Trail::end() {
   xcb_connection_t* control = display_.control.get();
-  if (pen_ != 0) {
-    // A compositing manager may fade the window out: let it fade what cannot be seen.
-    xcb_clear_area(control, 0, window_, 0, 0, 0, 0);
-    xcb_free_gc(control, pen_);
-    pen_ = 0;
-  }
+  watch_compositor(XCB_EVENT_MASK_NO_EVENT);
+  surroundings_.compositor = 0;
+  end_blended();
   for (const xcb_window_t window : finished_) xcb_destroy_window(control, window);
   finished_.clear();
   if (window_ != 0) xcb_destroy_window(control, window_);
   window_ = 0;
+}
+
+void Trail::end_blended() {
+  xcb_connection_t* control = display_.control.get();
+  for (const auto& [place, window] : tiles_) {
+    // A compositing manager may fade the window out: let it fade what cannot be seen.
+    xcb_clear_area(control, 0, window, 0, 0, 0, 0);
+    xcb_destroy_window(control, window);
+  }
+  tiles_.clear();
+  if (pen_ != 0) xcb_free_gc(control, pen_);
+  pen_ = 0;
+}
+
+// Its window is gone with it.
+void Trail::watch_compositor(std::uint32_t events) {
+  if (surroundings_.compositor == 0) return;
+  xcb_change_window_attributes(display_.control.get(), surroundings_.compositor, XCB_CW_EVENT_MASK, &events);
 }
 
 }  // namespace hooklib

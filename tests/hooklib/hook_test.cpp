@@ -243,8 +243,21 @@ TEST_P(TrailOn, IsDrawnAndLeavesNothing) {
   Path zigzag;
   for (int i = 0; i < 300; ++i) zigzag.emplace_back(300 + 2 * i, i % 2 == 0 ? 300 : 400);
   begin_drawing(zigzag);
-  EXPECT_TRUE(eventually(
-      [&] { return green(300, 290, 20, 120) > 0 && green(600, 290, 20, 120) > 0 && green(880, 290, 10, 120) > 0; }));
+  EXPECT_TRUE(eventually([&] {
+    return green(300, 290, 20, 120) > 0 && green(506, 290, 6, 120) > 0 && green(512, 290, 6, 120) > 0 &&
+           green(600, 290, 20, 120) > 0 && green(880, 290, 10, 120) > 0;
+  }));
+  user->release(3);
+  EXPECT_TRUE(eventually([&] { return screen() == before; }));
+  // What blends may go in the middle of it: nothing turns black, and the trail goes on.
+  begin_drawing();
+  compositor.end();
+  EXPECT_TRUE(eventually([&] {
+    user->move_to(700, 400);
+    user->move_to(700, 410);
+    return green(690, 395, 20, 20) > 0;
+  }));
+  EXPECT_EQ(std::ranges::count(screen(), 0x000000U), 0);
   user->release(3);
   EXPECT_TRUE(eventually([&] { return screen() == before; }));
 }
