@@ -54,7 +54,9 @@ std::string one_line(const std::string& action) {
 int Profil::decouper(std::string texte, char separateur, int debut) {
   if (texte.empty()) return 0;
   std::replace(texte.begin(), texte.end(), separateur, ' ');
-  texte.erase(0, static_cast<std::size_t>(debut));
+  std::size_t kept = 0;
+  for (int n = 0; n < debut && kept < texte.size(); ++n) platform::next_code_point(texte, kept);
+  texte.erase(0, kept);
   int n = 0;
   std::string token;
   const auto store = [&] {
