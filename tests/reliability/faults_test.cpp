@@ -231,6 +231,50 @@ TEST(Faults, WhatStandsInTheWay) {
   }
 }
 
+// A temporary file that cannot even be removed goes with the next save.
+TEST(Faults, WhatCouldNotBeRemovedIsRemovedLater) {
+  struct Stuck : Unsynced {
+    bool stuck = true;
+    int rename(const std::string& from, const std::string& to) override {
+      return stuck ? -1 : SystemFiles::rename(from, to);
+    }
+    int unlink(const std::string& path) override { return stuck ? -1 : SystemFiles::unlink(path); }
+  };
+  Folder root;
+  Stuck system;
+  desktop::ProfileFolder profile(root.path, system);
+  Store store(profile);
+  store.fill(1, 2);
+  EXPECT_FALSE(store.save(""));
+  EXPECT_EQ(files_of(root.path, ".").size(), 1U);
+  system.stuck = false;
+  EXPECT_TRUE(store.save(""));
+  EXPECT_THAT(files_of(root.path, "."), IsEmpty());
+}
+
+// The name to which a file is to be moved is taken by another program while the new file is written.
+TEST(Faults, AMoveTakesNobodysName) {
+  Folder root;
+  const fs::path file = root.path / profile_name;
+  const fs::path copy = root.path / "Strokemind.AI.ancien";
+  Unsynced system;
+  simulation::FaultyFiles files(system);
+  desktop::ProfileFolder profile(root.path, files);
+  Store store(profile);
+  store.fill(1, 2);
+  write(file, by_hand);
+  files.linkless = true;
+  files.unreadable = file;
+  files.before = [&] {
+    if (files.calls.back() == "write") write(copy, kept_before);
+  };
+  EXPECT_FALSE(store.save(""));
+  EXPECT_EQ(bytes_of(file), by_hand);
+  EXPECT_TRUE(store.save(""));
+  EXPECT_EQ(bytes_of(copy), kept_before);
+  EXPECT_EQ(bytes_of(copy.string() + "-2"), by_hand);
+}
+
 // A file that gets shorter between two calls is read as far as it goes.
 TEST(Faults, AFileThatShrinks) {
   struct Shrinking : Unsynced {

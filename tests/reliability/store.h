@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -19,9 +20,11 @@
 
 inline constexpr const char* profile_name = "Strokemind.AI";
 
+// In memory where the system has room there: thousands of saves on a disk take their time.
 struct Folder {
   Folder() {
-    std::string form = testing::TempDir() + "strokemind-XXXXXX";
+    const std::string memory = "/dev/shm/";
+    std::string form = (::access(memory.c_str(), W_OK) == 0 ? memory : testing::TempDir()) + "strokemind-XXXXXX";
     path = ::mkdtemp(form.data());
   }
   ~Folder() { std::filesystem::remove_all(path); }
