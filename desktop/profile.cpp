@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -18,6 +19,7 @@ namespace {
 constexpr std::int64_t largest_profile = std::int64_t{32} << 20;  // bytes
 constexpr int most_copies = 1000;
 constexpr const char* mark_temporary = ".nouveau-";  // between the hidden name of a file and the number of a process
+constexpr std::int64_t longest_save = 60;            // seconds; a temporary file that is older is nobody's
 constexpr const char* mark_copy = ".ancien";
 
 // Repeats a call that a signal has broken off.
@@ -78,15 +80,20 @@ std::optional<std::int64_t> writer_of(std::string_view name, const std::string& 
   name.remove_prefix(start.size());
   const std::size_t mark = name.find(mark_temporary);
   if (mark == std::string_view::npos || (mark != 0 && !name.starts_with(mark_copy))) return std::nullopt;
-  const std::string_view number = name.substr(mark + std::strlen(mark_temporary));
-  constexpr std::size_t most_digits = 18;
-  if (number.empty() || number.size() > most_digits) return std::nullopt;
+  const std::string_view numbers = name.substr(mark + std::strlen(mark_temporary));
+  const char* const end = numbers.data() + numbers.size();
   std::int64_t process = 0;
-  for (const char digit : number) {
-    if (digit < '0' || digit > '9') return std::nullopt;
-    process = process * 10 + (digit - '0');
-  }
+  std::uint32_t drawn = 0;
+  const auto first = std::from_chars(numbers.data(), end, process);
+  if (first.ec != std::errc{} || process <= 0 || first.ptr == end || *first.ptr != '-') return std::nullopt;
+  const auto second = std::from_chars(first.ptr + 1, end, drawn);
+  if (second.ec != std::errc{} || second.ptr != end) return std::nullopt;
   return process;
+}
+
+// A sync that the file system does not know, or that takes a right which one who can write there need not have.
+bool no_sync_here() {
+  return errno == EACCES || errno == EINVAL;
 }
 
 }  // namespace
@@ -139,88 +146,128 @@ std::optional<std::string> ProfileFolder::resolved(std::string path) const {
   return std::nullopt;
 }
 
-// The process is part of the name, so that two that save at once do not tread on each other.
-std::string ProfileFolder::temporary_of(const std::string& target) const {
-  return folder_of(target) + "/." + name_of(target) + mark_temporary + std::to_string(files_.process());
+// Two that save at once must not tread on each other: two processes here differ by their number, and two that share a
+// number, on other machines or in other containers, by chance.
+std::string ProfileFolder::temporary_of(const std::string& target) {
+  return folder_of(target) + "/." + name_of(target) + mark_temporary + std::to_string(files_.process()) + "-" +
+         std::to_string(files_.random());
 }
 
-// What an earlier save, or an earlier process of the same number, could not remove is taken over.
-int ProfileFolder::create_temporary(const std::string& path) {
-  const auto create = [&] { return steadily([&] { return files_.open(path, platform::Opening::create); }); };
-  const int fd = create();
-  if (fd >= 0 || errno != EEXIST || files_.unlink(path) != 0) return fd;
-  return create();
-}
-
-bool ProfileFolder::write_temporary(const std::string& temporary, const std::string& target, std::string_view bytes) {
-  Descriptor file(files_, create_temporary(temporary));
-  if (!file.open()) return false;
+bool ProfileFolder::fill(int file, const std::string& target, std::string_view bytes) {
   platform::FileState old;
   const bool there = files_.stat(target, old) == 0;
   if (!there && errno != ENOENT) return false;
-  const auto keep_mode = [&] { return files_.fchmod(file.get(), old.mode); };
+  // What is saved must be found again, even in the place of a file that nobody could read.
+  constexpr unsigned int readable = 0400;
+  const auto keep_mode = [&] { return files_.fchmod(file, old.mode | readable); };
   if (there && old.regular && steadily(keep_mode) != 0) return false;
-  return write_all(files_, file.get(), bytes) && steadily([&] { return files_.fsync(file.get()); }) == 0 &&
-         file.close();
+  return write_all(files_, file, bytes) && steadily([&] { return files_.fsync(file); }) == 0;
 }
 
-// Makes a folder and those above it. Where it cannot, the opening of the temporary file tells.
-void ProfileFolder::make_folder(const std::string& folder) {
-  if (folder.empty()) return;
+// Makes a folder and those above it; whether it did. Where it cannot, the opening of the temporary file tells.
+bool ProfileFolder::make_folder(const std::string& folder) {
+  if (folder.empty()) return false;
   int made = files_.mkdir(folder);
   if (made != 0 && errno == ENOENT) {
     make_folder(folder_of(folder));
     made = files_.mkdir(folder);
   }
-  if (made == 0) make_lasting(folder_of(folder));
+  return made == 0;
 }
 
 // Makes the names in a folder outlast a power cut.
 bool ProfileFolder::make_lasting(const std::string& folder) {
   const Descriptor directory(files_, folder + "/", platform::Opening::folder);
-  return directory.open() && steadily([&] { return files_.fsync(directory.get()); }) == 0;
+  return (directory.open() && steadily([&] { return files_.fsync(directory.get()); }) == 0) || no_sync_here();
+}
+
+// The same for the names of a folder and of those above it.
+bool ProfileFolder::make_way_lasting(std::string folder) {
+  bool lasting = true;
+  while (!folder.empty()) {
+    folder = folder_of(folder);
+    lasting = make_lasting(folder) && lasting;
+  }
+  return lasting;
+}
+
+// The same for a copy: its bytes, which whoever wrote them need not have synced, and its name.
+bool ProfileFolder::make_copy_lasting(const std::string& copy) {
+  const Descriptor file(files_, copy, platform::Opening::read);
+  const bool lasting = file.open() && steadily([&] { return files_.fsync(file.get()); }) == 0;
+  // Something that is no file, such as a socket, has no bytes.
+  return (lasting || no_sync_here() || errno == ENXIO) && make_lasting(folder_);
 }
 
 // Removes the temporary files of processes that were killed while they saved, and any that this one could not remove.
+// A process that is not here may be on another machine: what is new is left to it.
 void ProfileFolder::remove_leftovers(const std::string& target) {
+  std::erase_if(own_leftovers_, [&](const auto& path) { return files_.unlink(path) == 0 || errno == ENOENT; });
   const std::string folder = folder_of(target) + "/";
   std::vector<std::string> names;
   if (files_.list(folder, names) != 0) return;
   for (const std::string& name : names) {
     const std::optional<std::int64_t> writer = writer_of(name, target);
-    if (writer && (*writer == files_.process() || !files_.alive(*writer))) files_.unlink(folder + name);
+    if (!writer || (*writer != files_.process() && files_.alive(*writer))) continue;
+    // The file just saved tells the time: the clock of the disk may not be the one of this machine.
+    platform::FileState saved;
+    platform::FileState left;
+    if (files_.stat(target, saved) != 0 || files_.stat(folder + name, left) != 0) continue;
+    if (saved.changed - left.changed > longest_save) files_.unlink(folder + name);
   }
 }
 
 bool ProfileFolder::replace(std::string_view file, std::string_view bytes) {
+  const auto move = std::exchange(move_, std::nullopt);
   const std::optional<std::string> target = resolved(path(file));
   if (!target) {
     complain("save", path(file));
     return false;
   }
-  make_folder(folder_of(*target));
+  const std::string folder = folder_of(*target);
+  // Once in any case: an earlier process may have been killed when it had just made them.
+  const bool made = make_folder(folder);
+  if (made || way_lasting_ != folder) way_lasting_ = make_way_lasting(folder) ? folder : "";
   const std::string temporary = temporary_of(*target);
-  if (!write_temporary(temporary, *target, bytes) || files_.rename(temporary, *target) != 0) {
+  Descriptor fresh(files_, temporary, platform::Opening::create);
+  if (!fresh.open()) {
     complain("save", *target);
-    files_.unlink(temporary);
+    return false;
+  }
+  bool moved = false;
+  if (!fill(fresh.get(), *target, bytes) || !fresh.close() || (move && !move_away(*move, moved)) ||
+      files_.rename(temporary, *target) != 0) {
+    complain("save", *target);
+    if (moved) files_.rename(move->to, move->from);
+    if (files_.unlink(temporary) != 0) own_leftovers_.push_back(temporary);
     return false;
   }
   // The new file is in place; only a power cut in the next moments could still bring the old one back.
-  if (!make_lasting(folder_of(*target))) complain("make lasting", *target);
+  if (!make_lasting(folder)) complain("make lasting", *target);
   remove_leftovers(*target);
   if (path(file) != *target) remove_leftovers(path(file));
   return true;
 }
 
+// `moved` tells how far it came where it fails.
+bool ProfileFolder::move_away(const Move& move, bool& moved) {
+  if (files_.lstat(move.to) == 0) errno = EEXIST;
+  if (errno != ENOENT) return false;
+  moved = files_.rename(move.from, move.to) == 0;
+  return moved && make_copy_lasting(move.to);
+}
+
 bool ProfileFolder::set_aside(std::string_view file) {
+  move_.reset();
   const std::optional<std::string> original = resolved(path(file));
   if (original && files_.lstat(*original) != 0 && errno == ENOENT) return true;
   for (int n = 1; original && n <= most_copies; ++n) {
-    const Copy copy = copy_to(*original, file, std::string(file) + mark_copy + (n == 1 ? "" : "-" + std::to_string(n)));
+    const std::string name = std::string(file) + mark_copy + (n == 1 ? "" : "-" + std::to_string(n));
+    const Copy copy = copy_to(*original, file, name);
     if (copy == Copy::name_taken) continue;
     if (copy == Copy::failed) break;
     // The save that follows must not outlast the copy.
-    if (copy == Copy::made && !make_lasting(folder_)) complain("make lasting", path(file) + mark_copy);
+    if (copy == Copy::made && !make_copy_lasting(path(name))) break;
     return true;
   }
   complain("set aside", path(file));
@@ -236,12 +283,14 @@ ProfileFolder::Copy ProfileFolder::copy_to(const std::string& original, std::str
     // What has been kept already need not be kept again: an oddity may survive the save, and come at every start.
     std::string kept;
     const bool same = readable && read(name, kept) == platform::ReadOutcome::read && kept == bytes;
-    return same ? Copy::there_already : Copy::name_taken;
+    return same ? Copy::made : Copy::name_taken;
   }
   // Without knowing that the name is free nothing may be put there.
   if (errno != ENOENT) return Copy::failed;
   if (readable) return replace(name, bytes) ? Copy::made : Copy::failed;
-  return files_.rename(original, path(name)) == 0 ? Copy::made : Copy::failed;
+  // Not before the new file is ready: a save that fails must leave the old one in its place.
+  move_ = Move{original, path(name)};
+  return Copy::owed;
 }
 
 }  // namespace desktop

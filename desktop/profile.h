@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "desktop/system_files.h"
 #include "platform/file_system.h"
@@ -31,28 +32,36 @@ class ProfileFolder : public platform::FileStore {
   platform::ReadOutcome read(std::string_view file, std::string& bytes) override;
   // Writes a temporary file beside the target (symbolic links are followed), makes it last, and renames it over the
   // target. Keeps the mode of an old file; a new one can be read by its owner alone. Removes what processes that are
-  // gone left behind. Says on the error stream what went wrong.
+  // gone left behind, once it is a minute old. Says on the error stream what went wrong.
   bool replace(std::string_view file, std::string_view bytes) override;
   // Gives what stands under the name a second name that lasts, the first free of "NAME.ancien", "NAME.ancien-2"...: by
-  // a hard link, else by a copy, else by moving it there.
+  // a hard link, else by a copy, else by moving it there, which the replacement that follows does on its way.
   bool set_aside(std::string_view file) override;
 
  private:
-  enum class Copy { made, there_already, name_taken, failed };
+  enum class Copy { made, owed, name_taken, failed };
+  struct Move {
+    std::string from, to;
+  };
 
   std::string path(std::string_view file) const { return folder_ + "/" + std::string(file); }
-  std::string temporary_of(const std::string& target) const;
+  std::string temporary_of(const std::string& target);
   Copy copy_to(const std::string& original, std::string_view file, const std::string& name);
-  int create_temporary(const std::string& path);
-  bool write_temporary(const std::string& temporary, const std::string& target, std::string_view bytes);
+  bool fill(int file, const std::string& target, std::string_view bytes);
+  bool move_away(const Move& move, bool& moved);
   std::optional<std::string> resolved(std::string path) const;
-  void make_folder(const std::string& folder);
+  bool make_folder(const std::string& folder);
   bool make_lasting(const std::string& folder);
+  bool make_way_lasting(std::string folder);
+  bool make_copy_lasting(const std::string& copy);
   void remove_leftovers(const std::string& target);
 
   desktop::SystemFiles system_;
   std::string folder_;
   platform::FileSystem& files_;
+  std::optional<Move> move_;                // the old file, which the next replacement is to keep
+  std::string way_lasting_;                 // the folder of which the names on the way to it last; empty for none
+  std::vector<std::string> own_leftovers_;  // temporary files that could not be removed
 };
 
 // The profile service on that folder.

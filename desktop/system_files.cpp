@@ -3,11 +3,13 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstdio>
 
@@ -22,7 +24,7 @@ int flags_of(platform::Opening how) {
 }
 
 platform::FileState state_of(const struct stat& state) {
-  return {S_ISREG(state.st_mode), state.st_mode & 07777U, state.st_size};
+  return {S_ISREG(state.st_mode), state.st_mode & 07777U, state.st_size, state.st_mtime};
 }
 
 }  // namespace
@@ -112,6 +114,14 @@ bool SystemFiles::alive(std::int64_t process) {
   errno = 0;
   ::kill(static_cast<pid_t>(process), 0);
   return errno != ESRCH;
+}
+
+std::uint32_t SystemFiles::random() {
+  // Early in the life of a machine there may be no chance yet; then the clock has to do.
+  auto number = static_cast<std::uint32_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+  std::uint32_t drawn = 0;
+  if (::getrandom(&drawn, sizeof drawn, GRND_NONBLOCK) == sizeof drawn) number ^= drawn;
+  return number;
 }
 
 }  // namespace desktop

@@ -24,6 +24,7 @@ class SystemFiles : public platform::FileSystem {
   int list(const std::string& folder, std::vector<std::string>& names) override;
   std::int64_t process() override;
   bool alive(std::int64_t process) override;
+  std::uint32_t random() override;
 };
 
 }  // namespace desktop

@@ -18,23 +18,29 @@ namespace {
 constexpr const char* name = "Strokemind.AI";
 constexpr const char* folder = "/home/.config/strokemind";
 const std::string file = std::string(folder) + "/" + name;
+constexpr const char* comment = "; which no program takes in\r\n";
 constexpr int turns = 6;
 
 class Life {
  public:
   explicit Life(unsigned int seed) : chances_(seed) {
+    disk_.linkless = upto(1) == 0;
     disk_.mkdir("/home");
     disk_.fsync(disk_.open("/", platform::Opening::folder));
-    begin();
+    begin(true);
   }
 
   void turn() {
     if (upto(3) == 0 && disk_.file(file)) hand();
     save();
-    if (disk_.off() || upto(1) == 0) {
+    if (upto(2) == 0) {
+      // Killed, or stopped, and started anew.
+      disk_.restart();
+      begin(false);
+    } else if (disk_.off() || upto(1) == 0) {
       disk_.lose_power(chances_);
       ++losses;
-      begin();
+      begin(true);
     }
     disk_.calls_left = simulation::DiskInMemory::never;
     look_for_hands();
@@ -55,8 +61,8 @@ class Life {
     const std::string key = std::to_string(++saves_);
     service_->WritePrivateProfileStringA("A", key, value, name);
     known_ += (known_.empty() ? "[A]\r\n" : "") + key + "=" + value + "\r\n";
-    // A save makes fewer than 45 calls, so that some are cut off and some are not.
-    if (upto(2) != 0) disk_.calls_left = upto(45);
+    // A save makes 17 to about 80 calls, so that some are cut off and some are not.
+    if (upto(2) != 0) disk_.calls_left = upto(upto(1) == 0 ? 40 : 80);
     const bool saved = service_->flush(name);
     if (disk_.off()) {
       possible_.emplace_back(known_);
@@ -64,27 +70,45 @@ class Life {
     }
     expect(saved, "a save without a fault succeeds");
     possible_ = {known_};
+    unsynced_.reset();
     for (const std::string& left : disk_.names(folder)) expect(left.front() != '.', "a save leaves nothing behind");
   }
 
   // Another process comes up and takes in what is there.
-  void begin() {
-    const std::optional<std::string> found = disk_.file(file);
-    expect(std::find(possible_.begin(), possible_.end(), found) != possible_.end(),
-           "the file is the last one or later");
-    possible_ = {found};
+  void begin(bool settled) {
+    std::optional<std::string> found = disk_.file(file);
+    const bool known = std::find(possible_.begin(), possible_.end(), found) != possible_.end();
+    if (settled && unsynced_ && !known) {
+      // No save has come to make last what the hand wrote. It is gone, and the hand makes sure of the next.
+      std::erase(by_hand_, *unsynced_);
+      hand();
+      disk_.fsync(disk_.open(file, platform::Opening::read));
+      disk_.fsync(disk_.open(folder, platform::Opening::folder));
+      found = by_hand_.back();
+    } else {
+      expect(known, "the file is the last one or later");
+    }
+    if (settled) {
+      possible_ = {found};
+      unsynced_.reset();
+    }
     known_ = found.value_or("");
-    std::erase(by_hand_, known_);  // taken in now
+    if (known_.starts_with(comment)) {
+      known_.erase(0, std::string(comment).size());
+    } else {
+      std::erase(by_hand_, known_);  // taken in now
+    }
     profile_.emplace(folder, disk_);
     service_.emplace(*profile_);
     expect(service_->Dir(name) == found.has_value(), "what is there is found");
   }
 
   void hand() {
-    std::erase(by_hand_, *disk_.file(file));
-    by_hand_.push_back("[A]\r\nby_hand=" + std::to_string(saves_) + "\r\n");
+    if (const auto old = disk_.file(file)) std::erase(by_hand_, *old);
+    by_hand_.push_back((upto(1) == 0 ? comment : "") + ("[A]\r\nby_hand=" + std::to_string(++saves_) + "\r\n"));
     disk_.put(file, by_hand_.back());
     possible_ = {by_hand_.back()};
+    unsynced_ = by_hand_.back();
   }
 
   void look_for_hands() {
@@ -105,6 +129,7 @@ class Life {
   std::string known_;                                                  // what the service holds
   std::vector<std::optional<std::string>> possible_ = {std::nullopt};  // what the disk may hold after a power cut
   std::vector<std::string> by_hand_;                                   // what no process has taken in
+  std::optional<std::string> unsynced_;  // what a hand has put there, and no save has come since
 };
 
 }  // namespace

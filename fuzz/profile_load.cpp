@@ -19,6 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   profil.charger_patrons();
   int live = 0;
   for (const Mod_dessin::Patron& patron : table.patrons) {
+    promise(patron.Nom != Mod_dessin::nom_efface);
     live += patron.Nom.empty() ? 0 : 1;
     promise(patron.Ind >= 0 && patron.Ind <= Mod_dessin::dessin_slots);
     const auto count = static_cast<std::size_t>(patron.Ind);

@@ -10,8 +10,9 @@ namespace platform {
 
 struct FileState {
   bool regular = false;
-  unsigned int mode = 0;  // permission bits
-  std::int64_t size = 0;  // bytes
+  unsigned int mode = 0;     // permission bits
+  std::int64_t size = 0;     // bytes
+  std::int64_t changed = 0;  // when its bytes were, in seconds
 };
 
 enum class Opening {
@@ -43,9 +44,11 @@ class FileSystem {
   virtual int readlink(const std::string& path, std::string& target) = 0;
   virtual int list(const std::string& folder, std::vector<std::string>& names) = 0;
 
-  // The number of this process, and whether there is a process of a number. These two do not fail.
+  // The number of this process, whether there is a process of a number, and another number at each call, which no
+  // other machine is likely to get. These three do not fail.
   virtual std::int64_t process() = 0;
   virtual bool alive(std::int64_t process) = 0;
+  virtual std::uint32_t random() = 0;
 };
 
 }  // namespace platform

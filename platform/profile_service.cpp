@@ -77,11 +77,10 @@ bool ProfileService::flush(std::string_view file) {
   Gathered& pending = gathered(file);
   std::string bytes = pending.text.bytes();
   if (foreign(file, pending, bytes)) pending.preserve = true;
-  if (pending.preserve) {
-    if (!files_.set_aside(file)) return false;
-    pending.preserve = false;
-  }
+  if (pending.preserve && !files_.set_aside(file)) return false;
   if (!files_.replace(file, bytes)) return false;
+  // Until then the copy may be owed still.
+  pending.preserve = false;
   pending.known = std::move(bytes);
   pending.exists = true;
   return true;

@@ -64,8 +64,10 @@ void DiskInMemory::point(const std::string& path, Number to) {
 }
 
 void DiskInMemory::put(const std::string& path, std::string bytes) {
-  nodes_.push_back({false, 0600, bytes, std::move(bytes), {}});
-  folder_of(path)->entries[last_name(path)] = {nodes_.size() - 1};
+  nodes_.emplace_back();
+  nodes_.back().bytes = std::move(bytes);
+  nodes_.back().changed = clock_;
+  point(path, nodes_.size() - 1);
 }
 
 std::optional<std::string> DiskInMemory::file(const std::string& path) const {
@@ -89,11 +91,17 @@ void DiskInMemory::restart() {
   calls_left = never;
   open_.clear();
   ++process_;
+  constexpr std::int64_t until_next_start = 100;
+  clock_ += until_next_start;
 }
 
 void DiskInMemory::lose_power(std::mt19937& chances) {
   for (Node& node : nodes_) settle(node, chances);
   restart();
+}
+
+FileState DiskInMemory::state_of(const Node& node) {
+  return {!node.folder, node.mode, static_cast<std::int64_t>(node.bytes.size()), node.changed};
 }
 
 void DiskInMemory::settle(Node& node, std::mt19937& chances) const {
@@ -126,6 +134,7 @@ int DiskInMemory::open(const std::string& path, Opening how) {
     if (folder_of(path) == nullptr) return fail(ENOENT);
     nodes_.emplace_back();
     number = nodes_.size() - 1;
+    nodes_[number].changed = clock_;
     point(path, number);
   }
   if (number == 0) return fail(ENOENT);
@@ -151,14 +160,15 @@ std::int64_t DiskInMemory::read(int file, char* bytes, std::size_t size) {
 
 std::int64_t DiskInMemory::write(int file, const char* bytes, std::size_t size) {
   if (!powered()) return -1;
-  nodes_[open_.at(file).node].bytes.append(bytes, size);
+  Node& node = nodes_[open_.at(file).node];
+  node.bytes.append(bytes, size);
+  node.changed = clock_;
   return static_cast<std::int64_t>(size);
 }
 
 int DiskInMemory::fstat(int file, FileState& state) {
   if (!powered()) return -1;
-  const Node& node = nodes_[open_.at(file).node];
-  state = {!node.folder, node.mode, static_cast<std::int64_t>(node.bytes.size())};
+  state = state_of(nodes_[open_.at(file).node]);
   return 0;
 }
 
@@ -166,8 +176,7 @@ int DiskInMemory::stat(const std::string& path, FileState& state) {
   if (!powered()) return -1;
   const Number number = find(path);
   if (number == 0) return fail(ENOENT);
-  const Node& node = nodes_[number];
-  state = {!node.folder, node.mode, static_cast<std::int64_t>(node.bytes.size())};
+  state = state_of(nodes_[number]);
   return 0;
 }
 
@@ -204,6 +213,7 @@ int DiskInMemory::link(const std::string& from, const std::string& to) {
   const Number number = find(from);
   if (number == 0 || folder_of(to) == nullptr) return fail(ENOENT);
   if (find(to) != 0) return fail(EEXIST);
+  if (linkless) return fail(EPERM);
   point(to, number);
   return 0;
 }

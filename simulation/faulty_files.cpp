@@ -42,7 +42,11 @@ bool FaultyFiles::stops_half_way(std::string_view name) const {
 }
 
 int FaultyFiles::open(const std::string& path, Opening how) {
-  return made("open", how == Opening::create ? path : "", [&] { return below_.open(path, how); });
+  return made("open", how == Opening::create ? path : "", [&] {
+    if (how != Opening::read || path != unreadable) return below_.open(path, how);
+    errno = EACCES;
+    return -1;
+  });
 }
 
 int FaultyFiles::close(int file) {
@@ -92,7 +96,11 @@ int FaultyFiles::rename(const std::string& from, const std::string& to) {
 }
 
 int FaultyFiles::link(const std::string& from, const std::string& to) {
-  return made("link", to, [&] { return below_.link(from, to); });
+  return made("link", to, [&] {
+    if (!linkless) return below_.link(from, to);
+    errno = EPERM;
+    return -1;
+  });
 }
 
 int FaultyFiles::unlink(const std::string& path) {
@@ -121,7 +129,7 @@ const std::vector<int>& errors_of(std::string_view call) {
       {"stat", {EACCES, EIO, ELOOP, ENOMEM, EOVERFLOW}},
       {"lstat", {EACCES, EIO, ENOMEM}},
       {"fchmod", {EINTR, EIO, EPERM, EROFS}},
-      {"fsync", {EDQUOT, EINTR, EIO, ENOSPC, EROFS}},
+      {"fsync", {EDQUOT, EINTR, EINVAL, EIO, ENOSPC, EROFS}},
       {"rename", {EACCES, EBUSY, EDQUOT, EIO, ENOMEM, ENOSPC, EPERM, EROFS, EXDEV}},
       {"link", {EACCES, EDQUOT, EIO, EMLINK, ENOSPC, EPERM, EROFS, EXDEV}},
       {"unlink", {EACCES, EBUSY, EIO, EPERM, EROFS}},

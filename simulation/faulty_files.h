@@ -24,6 +24,8 @@ class FaultyFiles : public platform::FileSystem {
 
   std::optional<Fault> fault;
   std::string read_only;                // a folder in which nothing can be changed; empty for none
+  bool linkless = false;                // a file cannot have two names
+  std::string unreadable;               // a file that may not be opened; empty for none
   std::size_t longest_write = 0;        // bytes that one call writes at most; 0 for any number
   std::function<void()> before, after;  // run around each call
   std::vector<std::string_view> calls;  // the names of those made so far
@@ -45,6 +47,7 @@ class FaultyFiles : public platform::FileSystem {
   int list(const std::string& folder, std::vector<std::string>& names) override;
   std::int64_t process() override { return below_.process(); }
   bool alive(std::int64_t process) override { return below_.alive(process); }
+  std::uint32_t random() override { return below_.random(); }
 
  private:
   // Makes the call unless it is the one to fail. `changed`: a path that it would change.

@@ -54,7 +54,9 @@ std::string one_line(const std::string& action) {
 int Profil::decouper(std::string texte, char separateur, int debut) {
   if (texte.empty()) return 0;
   std::replace(texte.begin(), texte.end(), separateur, ' ');
-  texte.erase(0, static_cast<std::size_t>(debut));
+  std::size_t kept = 0;
+  for (int n = 0; n < debut && kept < texte.size(); ++n) platform::next_code_point(texte, kept);
+  texte.erase(0, kept);
   int n = 0;
   std::string token;
   const auto store = [&] {
@@ -78,16 +80,20 @@ void Profil::charger_patrons() {
   const int found = decouper(sections, '\0', 0);
   int i = 0;
   for (int m = 0; m < found; ++m) {
-    const std::string& nom = *morceaux_[static_cast<std::size_t>(m)];
+    // Where a name with a blank has fallen apart, tabs may stand at an end, which the file drops.
+    const std::string nom(platform::trimmed(*morceaux_[static_cast<std::size_t>(m)]));
     if (nom == section_pos) break;
     // A position under another spelling is no patron, wherever it stands.
     if (nom == position) continue;
     // To the file a patron of this name and the position are one section: each would overwrite the other.
     const bool homonym = platform::equal_ignoring_case(nom, section_pos);
-    // The table has no room for more, and neither a blank name nor that of a deleted slot would be written back.
-    if (i == table_capacity || nom.empty() || nom == nom_efface || homonym) ini_.preserve();
+    // Such a slot would count as live and be taken for free: the table would get a gap, and what stands behind a gap
+    // is not written.
+    const bool unusable = nom.empty() || nom == nom_efface || homonym;
+    // The table has no room for more.
+    if (i == table_capacity || unusable) ini_.preserve();
     if (i == table_capacity) break;
-    if (nom.empty() || homonym) continue;
+    if (unusable) continue;
     table_.patrons[static_cast<std::size_t>(i)].Nom = nom;
     ++i;
     sk_.lblNmodel.Caption = std::to_string(i);
@@ -115,7 +121,8 @@ void Profil::lire_patron(Patron& patron) {
   // Without a count there are no points; one that cannot be right means all that are there.
   const int points = ind.empty() ? 0 : stated && *stated >= 0 ? std::min(*stated, present) : present;
   patron.Ind = static_cast<std::int16_t>(points);
-  bool whole = whole_x && whole_y && stated == patron.Ind;
+  // "02" is 2, but would be written otherwise.
+  bool whole = whole_x && whole_y && ind == std::to_string(patron.Ind);
   for (Coordinates* list : {&patron.X, &patron.Y}) {
     const auto count = static_cast<std::size_t>(patron.Ind);
     if (list->values.size() == count) continue;

@@ -73,6 +73,7 @@ TEST(Profile, TakesWhatItCanAndKeepsTheRest) {
            {"Ind too large", section("Ind=3\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 2, true},
            {"Ind too small", section("Ind=1\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 1, true},
            {"Ind negative", section("Ind=-2\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 2, true},
+           {"Ind spelt otherwise", section("Ind=02\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 2, true},
            {"Ind no number", section("Ind=99999999999\r\nX=.1.2\r\nY=.3.4\r\n") + pos, 1, 2, true},
            {"lists of unequal length", section("Ind=2\r\nX=.1.2\r\nY=.3\r\n") + pos, 1, 1, true},
            {"no number in a list", section("Ind=2\r\nX=.1.x\r\nY=.3.4\r\n") + pos, 1, 2, true},
@@ -84,6 +85,8 @@ TEST(Profile, TakesWhatItCanAndKeepsTheRest) {
            {"a section twice", section("Ind=0\r\nX=\r\nY=\r\n") + "[a]\r\nInd=1\r\n" + pos, 1, 0, true},
            {"something behind the position", pos + section("Ind=0\r\nX=\r\nY=\r\n"), 0, 0, true},
            {"a name with blanks", "[UN  DEUX]\r\nInd=0\r\nX=\r\nY=\r\nActionassoci\xE9=\r\n" + pos, 2, 0, true},
+           {"a name with tabs", "[UN\t \tDEUX]\r\nInd=0\r\nX=\r\nY=\r\nActionassoci\xE9=\r\n" + pos, 2, 0, true},
+           {"the name of a deleted slot", "[-]\r\nInd=0\r\nX=\r\nY=\r\nActionassoci\xE9=\r\n" + pos, 0, 0, true},
            {"too many sections", many + pos, 100, 0, true},
            {"a position that is none", "[Pos]\r\nX=abc\r\nY=1E+30\r\n", 0, 0, true},
            {"no position", section("Ind=1\r\nX=.1\r\nY=.3\r\n"), 1, 1, false},
@@ -103,6 +106,18 @@ TEST(Profile, TakesWhatItCanAndKeepsTheRest) {
     Visit again(visit.scene.saved());
     EXPECT_EQ(again.scene.saved(), visit.scene.saved()) << c.what;
   }
+}
+
+TEST(Profile, KeepsWhatIsSavedBesideAnOddName) {
+  Scene scene("[COPIER - COLLER]\r\nInd=0\r\n[Pos]\r\nX=1\r\nY=2\r\n");
+  scene.start();
+  for (const char* name : {"un", "deux", "trois"}) {
+    scene.desktop.input_answers.push_back(name);
+    scene.fire(scene.programme.sk().lblCom(2).Click);
+  }
+  const Visit visit(scene.saved());
+  EXPECT_EQ(visit.table.nb_patrons, 5);
+  EXPECT_EQ(visit.table.patrons[4].Nom, "TROIS");
 }
 
 TEST(Profile, FindsThePositionUnderAnotherSpelling) {

@@ -3,7 +3,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -18,9 +20,11 @@
 
 inline constexpr const char* profile_name = "Strokemind.AI";
 
+// In memory where the system has room there: thousands of saves on a disk take their time.
 struct Folder {
   Folder() {
-    std::string form = testing::TempDir() + "strokemind-XXXXXX";
+    const std::string memory = "/dev/shm/";
+    std::string form = (::access(memory.c_str(), W_OK) == 0 ? memory : testing::TempDir()) + "strokemind-XXXXXX";
     path = ::mkdtemp(form.data());
   }
   ~Folder() { std::filesystem::remove_all(path); }
@@ -51,6 +55,14 @@ inline std::vector<std::string> files_of(const std::filesystem::path& folder, co
     if (entry.path().filename().string().starts_with(start)) found.push_back(bytes_of(entry.path()));
   }
   return found;
+}
+
+// Lets the hidden files of a folder be so old that no save can still be writing them.
+inline void grow_old(const std::filesystem::path& folder) {
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    if (!entry.path().filename().string().starts_with(".")) continue;
+    std::filesystem::last_write_time(entry, std::filesystem::file_time_type::clock::now() - std::chrono::minutes(2));
+  }
 }
 
 // What the program makes of a profile: the table that it loads and writes back.

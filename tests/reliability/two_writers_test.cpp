@@ -64,22 +64,33 @@ TEST(TwoWriters, KeepEachOthersWork) {
   write_in_turn(memory, memory);
 }
 
-// The temporary file of a process that lives is left to it, and so is whatever else is hidden there.
+// The temporary file of a process that lives is left to it, be it on another machine, and so is whatever else is hidden
+// there.
 TEST(TwoWriters, LeaveTheirTemporaryFilesAlone) {
   Folder root;
-  const std::string dead = ".nouveau-999999999";  // beyond the largest number that Linux gives
-  const std::string own = ".nouveau-" + std::to_string(::getpid());
+  const std::string dead = ".nouveau-999999999-5";  // beyond the largest number that Linux gives
+  const std::string own = ".nouveau-" + std::to_string(::getpid()) + "-4294967295";
   for (const std::string& name : {dead, own, ".ancien-2" + dead, ".ancien" + own}) {
     write(root.path / (".Strokemind.AI" + name), "to go");
   }
-  const std::vector<std::string> strangers{".nouveau-1",
-                                           ".nouveau-x",
-                                           ".nouveau-1.5",
-                                           ".nouveau-",
-                                           ".nouveau",
-                                           ".autre" + dead,
-                                           ".nouveau-9999999999999999999"};
+  std::vector<std::string> strangers{".nouveau-1-5",
+                                     ".nouveau-x-5",
+                                     ".nouveau-1.5",
+                                     ".nouveau-999999999",
+                                     ".nouveau-999999999-",
+                                     ".nouveau-999999999-5x",
+                                     ".nouveau-999999999-4294967296",
+                                     ".nouveau--999999999-5",
+                                     ".nouveau-",
+                                     ".nouveau",
+                                     ".autre" + dead,
+                                     ".nouveau-9999999999999999999-5"};
   for (const std::string& name : strangers) write(root.path / (".Strokemind.AI" + name), name);
+  grow_old(root.path);
+  for (const std::string& fresh : {dead + "0", own.substr(0, own.size() - 1)}) {
+    strangers.push_back(fresh);
+    write(root.path / (".Strokemind.AI" + fresh), fresh);
+  }
   desktop::ProfileFolder profile(root.path);
   ASSERT_TRUE(Store(profile).save(""));
   EXPECT_THAT(files_of(root.path, "."), UnorderedElementsAreArray(strangers));
