@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -14,6 +15,7 @@
 #include <iostream>
 #include <iterator>
 #include <string>
+#include <thread>
 
 #include "tests/hooklib/fixture.h"
 
@@ -156,6 +158,21 @@ TEST_F(Hooked, StrokeGoesOnAcrossAChangeOfTheScreen) {
   user->release(3);
   ASSERT_TRUE(reported({stroke_report}));
   EXPECT_EQ(host->fetch().back(), std::pair(1700, 900));
+}
+
+TEST_F(Hooked, StrokeOutlastsAStandstillOfTheServer) {
+  // Longer than the guard waits for a hook that does not answer.
+  constexpr auto standstill = std::chrono::milliseconds(800);
+  const DisplayHandle other(XOpenDisplay(nullptr));
+  begin_drawing();
+  XGrabServer(other.get());
+  XSync(other.get(), False);
+  std::this_thread::sleep_for(standstill);
+  XUngrabServer(other.get());
+  XSync(other.get(), False);
+  user->move_to(620, 450);
+  user->release(3);
+  reports_just({stroke_report});
 }
 
 TEST_F(Hooked, GrabsOfOthersAreLeftAlone) {
