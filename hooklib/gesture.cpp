@@ -49,6 +49,11 @@ bool Gesture::button_held() const {
                      [&](const Press& press) { return press.down && press.contact == drawn_with_; });
 }
 
+bool Gesture::others_held() const {
+  return std::any_of(presses_.begin(), presses_.end(),
+                     [&](const Press& press) { return press.down && press.contact != drawn_with_; });
+}
+
 Step Gesture::frozen_press(std::uint32_t time_ms, bool wanted) {
   const auto bounce =
       std::find_if(bounces_.begin(), bounces_.end(), [&](const Bounce& one) { return one.time_ms == time_ms; });

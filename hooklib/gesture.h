@@ -75,6 +75,8 @@ class Gesture {
   bool lifted() const { return state_ == State::lifted; }
   // The button is up, but what was recorded is not all there yet.
   bool finishing() const { return state_ == State::finishing; }
+  // A button is down that is not the one of the last drawing.
+  bool others_held() const;
   // There is a press that the server froze for us.
   bool holding() const { return state_ != State::idle; }
 

@@ -17,6 +17,8 @@ constexpr std::uint32_t idle_mask = XCB_INPUT_XI_EVENT_MASK_HIERARCHY | XCB_INPU
                                     XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
 constexpr std::uint32_t drawing_mask = idle_mask | XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
 
+constexpr std::uint16_t other_buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
+
 constexpr auto trail_interval = std::chrono::milliseconds(8);
 
 struct InputSelection {
@@ -209,10 +211,18 @@ void Session::handle(const xcb_generic_event_t& event) {
     case XCB_BUTTON_PRESS: {
       const auto& press = reinterpret_cast<const xcb_button_press_event_t&>(event);
       if (press.detail != ButtonGrab::button) break;
+      if ((press.state & other_buttons) != 0) {
+        // Beside another button the server freezes none: this came by the grab that outlasts a dropped drawing.
+        xcb_allow_events(display_.control.get(), XCB_ALLOW_REPLAY_POINTER, press.time);
+        break;
+      }
       press_ = {static_cast<double>(press.root_x), static_cast<double>(press.root_y), press.time};
       perform(gesture_.frozen_press(press.time, wanted_ && (press.state & XCB_MOD_MASK_CONTROL) == 0));
       break;
     }
+    case XCB_BUTTON_RELEASE:
+      end_outlasting_grab(reinterpret_cast<const xcb_button_release_event_t&>(event));
+      break;
     case XCB_DESTROY_NOTIFY:
       grab_.window_destroyed(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
       break;
@@ -235,6 +245,13 @@ void Session::handle(const xcb_generic_event_t& event) {
       // window that is gone.
       break;
   }
+}
+
+// The button that drew is up, but the server leaves us the pointer until all are: what is done beside the one that
+// dropped the drawing is the application's. The time keeps this from a press that was frozen since.
+void Session::end_outlasting_grab(const xcb_button_release_event_t& release) {
+  if (release.detail != ButtonGrab::button || gesture_.holding() || !gesture_.others_held()) return;
+  xcb_ungrab_pointer(display_.control.get(), release.time);
 }
 
 void Session::handle_input(const xcb_ge_generic_event_t& event) {

@@ -59,6 +59,7 @@ class Session {
   void leave();
 
   void handle(const xcb_generic_event_t& event);
+  void end_outlasting_grab(const xcb_button_release_event_t& release);
   void handle_input(const xcb_ge_generic_event_t& event);
   void handle_key(std::uint16_t source, std::uint32_t code, bool down);
   void handle_devices(const xcb_ge_generic_event_t& event);
