@@ -90,7 +90,7 @@ Step Gesture::escape() {
 
 // Also while it is not yet certain that the button only bounced.
 bool Gesture::drawing_on() const {
-  return state_ == State::drawing || (state_ == State::lifted && button_held());
+  return drawing() || down_again();
 }
 
 Step Gesture::device_gone(std::uint16_t device) {

@@ -149,7 +149,7 @@ bool Session::take_recording() {
   }
   follow_path();
   draw_trail();
-  if (gesture_.lifted() && (path_ended_ || recording_.finished())) perform(gesture_.stays_up());
+  if (gesture_.lifted() && (path_.ended() || recording_.finished())) perform(gesture_.stays_up());
   if (gesture_.finishing() && recording_.finished()) {
     conclude();
     any = true;
@@ -160,19 +160,17 @@ bool Session::take_recording() {
 void Session::follow_path() {
   for (const auto& [sample, kind] : taken_) {
     if (!gesture_.holding()) break;
-    switch (path_.take(sample, kind)) {
-      case DrawnPath::News::none:
-        break;
-      case DrawnPath::News::bounced:
-        gesture_.bounced(sample.time_ms);
-        if (gesture_.drawing()) lift_end_.reset();
-        break;
-      case DrawnPath::News::ended:
-        path_ended_ = true;
-        break;
-    }
+    path_.take(sample, kind);
   }
   taken_.clear();
+  heed_bounces();
+}
+
+void Session::heed_bounces() {
+  for (const std::uint32_t press_ms : path_.take_bounces()) {
+    gesture_.bounced(press_ms);
+    if (gesture_.drawing()) lift_end_.reset();
+  }
 }
 
 // As often as a screen shows it, and less often where the server has trouble to keep up: it must not fall so far behind
@@ -190,7 +188,13 @@ void Session::end_lift() {
   // This thread may have been kept from looking in time.
   sync(display_.control.get());
   while (work()) continue;
-  if (lift_end_ && Clock::now() >= *lift_end_) perform(gesture_.stays_up());
+  if (!lift_end_ || Clock::now() < *lift_end_) return;
+  if (gesture_.down_again()) {
+    // Before the server began to record, or that would have told.
+    path_.catch_up();
+    heed_bounces();
+  }
+  perform(gesture_.stays_up());
 }
 
 void Session::leave() {
@@ -268,12 +272,15 @@ void Session::handle_input(const xcb_ge_generic_event_t& event) {
   }
   program_.heartbeat.user_is_about(Clock::now());
   switch (event.event_type) {
-    case XCB_INPUT_RAW_BUTTON_PRESS:
-      perform(gesture_.button_down(contact, button.time));
+    case XCB_INPUT_RAW_BUTTON_PRESS: {
+      const Step step = gesture_.button_down(contact, button.time);
+      if (step.lift) path_.told(button.time, Recording::Kind::press);
+      perform(step);
       break;
+    }
     case XCB_INPUT_RAW_BUTTON_RELEASE: {
       const Step step = gesture_.button_up(contact);
-      if (step.lift) path_.released(button.time);
+      if (step.lift) path_.told(button.time, Recording::Kind::release);
       perform(step);
       break;
     }
@@ -349,7 +356,6 @@ void Session::perform(Step step) {
 
 void Session::begin_drawing() {
   taken_.clear();
-  path_ended_ = false;
   next_draw_ = {};
   recording_.begin();
   select_input(true);

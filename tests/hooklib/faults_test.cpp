@@ -127,6 +127,27 @@ TEST_F(Hooked, BouncingSwitchDrawsOneStroke) {
   EXPECT_EQ(points.back(), std::pair(640, 450));
 }
 
+TEST_F(Hooked, SwitchThatBouncesAtThePressDrawsOneStroke) {
+  for (const bool rests : {false, true}) {
+    SCOPED_TRACE(rests);
+    user->move_to(400, 300);
+    user->press_bouncing(3);
+    // Longer than it takes to know that a button stays up.
+    if (rests) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    int moves = 0;
+    EXPECT_TRUE(eventually([&] {
+      user->move_to(400, 305 + ++moves % 2);
+      return user->pixels(400, 303, 1, 1).front() == 0x00ff00;
+    }));
+    for (const auto& [x, y] : corner) user->move_to(x, y);
+    user->release(3);
+    gets({});
+    reports_just({stroke_report});
+    EXPECT_EQ(host->fetch().front(), corner.front());
+    click_is_passed_on();
+  }
+}
+
 TEST_F(Hooked, UnpluggedMouseTakesItsDrawingAlong) {
   begin_drawing();
   user->plug_mouse(false);
