@@ -90,8 +90,18 @@ void Session::hold_button() {
   const bool wanted = !stopped_ && !hung_;
   if (wanted == wanted_) return;
   wanted_ = wanted;
-  grab_.want(wanted_);
-  guard_.watch(wanted_ ? display_.window : xcb_window_t{XCB_WINDOW_NONE});
+  if (!wanted_) return give_button_up();
+  guard_.watch(display_.window);
+  grab_.want(true);
+}
+
+// The guard watches as long as the server may freeze a press for us, or has frozen one that is still on its way.
+void Session::give_button_up() {
+  grab_.want(false);
+  sync(display_.control.get());
+  while (work()) continue;
+  sync(display_.control.get());
+  guard_.watch(XCB_WINDOW_NONE);
 }
 
 // In milliseconds; -1 for as long as nothing comes.
@@ -202,12 +212,7 @@ void Session::leave() {
   trail_.end();
   stopped_ = true;
   wanted_ = false;
-  grab_.want(false);
-  guard_.watch(XCB_WINDOW_NONE);
-  // A press that the server froze before it gave the button up is on its way.
-  sync(display_.control.get());
-  while (work()) continue;
-  sync(display_.control.get());
+  give_button_up();
 }
 
 void Session::handle(const xcb_generic_event_t& event) {

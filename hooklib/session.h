@@ -56,6 +56,7 @@ class Session {
   void obey(const Exchange::Orders& orders);
   void look_after_program();
   void hold_button();
+  void give_button_up();
   int time_to_sleep() const;
   void leave();
 
