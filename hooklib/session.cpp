@@ -111,6 +111,7 @@ int Session::time_to_sleep() const {
   if (stopped_ && !hung_) next.reset();
   if (lift_end_ && (!next || *lift_end_ < *next)) next = lift_end_;
   if (gesture_.drawing() && path_.has_undrawn() && (!next || next_draw_ < *next)) next = next_draw_;
+  if (const auto retry = guard_.next_try(); retry && (!next || *retry < *next)) next = retry;
   if (!next) return -1;
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(*next - now).count();
   return static_cast<int>(std::max<long>(left, 0));

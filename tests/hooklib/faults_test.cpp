@@ -111,6 +111,16 @@ TEST_F(HostProcess, GuardThatDiesIsReplaced) {
   EXPECT_TRUE(eventually([&] { return guard() == 0; }));
 }
 
+TEST_F(HostProcess, GuardThatDiesTwiceIsReplacedWithoutAnyInput) {
+  const stage::Process host = start();
+  pid_t last = 0;
+  for (int deaths = 0; deaths < 3; ++deaths) {
+    const pid_t before = last;
+    ASSERT_TRUE(eventually([&] { return (last = guard_on(server.display())) != 0 && last != before; }));
+    kill(last, SIGKILL);
+  }
+}
+
 TEST_F(Hooked, BouncingSwitchDrawsOneStroke) {
   begin_drawing();
   user->bounce(3);
