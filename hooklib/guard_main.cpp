@@ -12,8 +12,11 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "hooklib/guard_protocol.h"
 #include "hooklib/injected.h"
@@ -41,6 +44,18 @@ struct Free {
   void operator()(void* block) const { std::free(block); }
 };
 using Event = std::unique_ptr<xcb_generic_event_t, Free>;
+
+// Whether the hook's process was stopped, and so will not answer. One that is being traced may run on at any moment.
+bool hook_is_stopped() {
+  ucred hook{};
+  socklen_t size = sizeof hook;
+  if (getsockopt(guard_descriptor, SOL_SOCKET, SO_PEERCRED, &hook, &size) != 0) return false;
+  std::ifstream file("/proc/" + std::to_string(hook.pid) + "/stat");
+  const std::string text(std::istreambuf_iterator<char>(file), {});
+  // The state comes after the program's name, which may hold anything.
+  const std::size_t name_end = text.rfind(") ");
+  return name_end != std::string::npos && name_end + 2 < text.size() && text[name_end + 2] == 'T';
+}
 
 class Watch {
  public:
@@ -123,6 +138,7 @@ class Watch {
 
   void ping() {
     if (deadline_) return;
+    if (hook_is_stopped()) return cut();
     next_ping_.reset();
     const GuardMessage message{GuardMessage::Kind::ping, 0};
     // A hook that does not even read gets no answer out in time either.
