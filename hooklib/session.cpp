@@ -41,6 +41,8 @@ Session::Session(Display display, Program& program, Exchange& exchange, Guard& g
   const std::uint32_t resizes = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
   xcb_change_window_attributes(display_.control.get(), display_.screen->root, XCB_CW_EVENT_MASK, &resizes);
   select_input(false);
+  // Not before: what is plugged in from now on is told.
+  devices_.refresh();
   catch_up_with_control_keys();
   program_.heartbeat.restart();
   obey(exchange_.take_orders());
