@@ -82,6 +82,8 @@ void Session::obey(const Exchange::Orders& orders) {
 void Session::look_after_program() {
   Heartbeat& heartbeat = program_.heartbeat;
   const Heartbeat::Time now = Clock::now();
+  // Somebody who only holds the button is there, too.
+  if (gesture_.holding()) heartbeat.user_is_about(now);
   if (!stopped_ && heartbeat.take_question(now)) tell_program(display_.atoms.question, {display_.window});
   hung_ = heartbeat.hung(now);
   if (hung_) perform(gesture_.stop());
