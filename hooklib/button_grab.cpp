@@ -36,6 +36,8 @@ void ButtonGrab::claim() {
     xcb_change_window_attributes(control, other_owner_, XCB_CW_EVENT_MASK, &mask);
   }
   xcb_ungrab_server(control);
+  // At once: a process that is stopped meanwhile must not leave everybody waiting.
+  xcb_flush(control);
 }
 
 void ButtonGrab::want(bool wanted) {

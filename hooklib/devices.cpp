@@ -14,10 +14,6 @@ bool contains(const std::vector<std::uint16_t>& devices, std::uint16_t device) {
 
 }  // namespace
 
-Devices::Devices(Display& display) : display_(display) {
-  refresh();
-}
-
 void Devices::refresh() {
   xcb_connection_t* control = display_.control.get();
   const Held<xcb_input_xi_query_device_reply_t> devices(

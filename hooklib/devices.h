@@ -10,10 +10,10 @@ namespace hooklib {
 
 class Devices {
  public:
-  // `display` must outlive this.
-  explicit Devices(Display& display);
+  // `display` must outlive this. Knows no device before refresh().
+  explicit Devices(Display& display) : display_(display) {}
 
-  // To be called when devices came or went.
+  // To be called once the server tells of changes, and when devices came or went.
   void refresh();
 
   // True if what this device does moves the pointer or types; false for masters, and for devices set apart.

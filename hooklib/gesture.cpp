@@ -49,6 +49,11 @@ bool Gesture::button_held() const {
                      [&](const Press& press) { return press.down && press.contact == drawn_with_; });
 }
 
+bool Gesture::others_held() const {
+  return std::any_of(presses_.begin(), presses_.end(),
+                     [&](const Press& press) { return press.down && press.contact != drawn_with_; });
+}
+
 Step Gesture::frozen_press(std::uint32_t time_ms, bool wanted) {
   const auto bounce =
       std::find_if(bounces_.begin(), bounces_.end(), [&](const Bounce& one) { return one.time_ms == time_ms; });
@@ -85,7 +90,7 @@ Step Gesture::escape() {
 
 // Also while it is not yet certain that the button only bounced.
 bool Gesture::drawing_on() const {
-  return state_ == State::drawing || (state_ == State::lifted && button_held());
+  return drawing() || down_again();
 }
 
 Step Gesture::device_gone(std::uint16_t device) {

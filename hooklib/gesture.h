@@ -73,8 +73,12 @@ class Gesture {
   bool drawing() const { return state_ == State::drawing; }
   // The button came up and may come down again at once.
   bool lifted() const { return state_ == State::lifted; }
+  // It did, and whether it only bounced is not known yet.
+  bool down_again() const { return lifted() && button_held(); }
   // The button is up, but what was recorded is not all there yet.
   bool finishing() const { return state_ == State::finishing; }
+  // A button is down that is not the one of the last drawing.
+  bool others_held() const;
   // There is a press that the server froze for us.
   bool holding() const { return state_ != State::idle; }
 

@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <string>
@@ -21,7 +22,9 @@ constexpr const char* guard_name = "strokemind-guard";
 // A guard that has not come up after this many milliseconds is given up.
 constexpr int start_limit_ms = 2000;
 // One that is gone is not started more often than this.
-constexpr auto restart_interval = std::chrono::seconds(1);
+constexpr std::chrono::steady_clock::duration restart_interval = std::chrono::seconds(1);
+// The longest pause after starts that failed. Each may keep the hook for as long as the limit.
+constexpr std::chrono::steady_clock::duration longest_pause = std::chrono::minutes(1);
 
 // The guard's program, beside the library that this code is part of; empty if that cannot be told.
 std::string guard_path() {
@@ -84,13 +87,18 @@ void Guard::stop() {
 void Guard::start() {
   if (socket_ >= 0) return;
   wanted_ = true;
-  started_ = std::chrono::steady_clock::now();
   const std::string path = guard_path();
-  if (path.empty() || access(path.c_str(), X_OK) != 0) return;
+  installed_ = !path.empty() && access(path.c_str(), X_OK) == 0;
+  if (installed_) launch(path.c_str());
+  pause_ = socket_ >= 0 ? restart_interval : std::clamp(2 * pause_, restart_interval, longest_pause);
+  next_try_ = std::chrono::steady_clock::now() + pause_;
+}
+
+void Guard::launch(const char* path) {
   std::array<int, 2> ends{};
   if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) return;
   const pid_t child = silent_fork();
-  if (child == 0) become_guard(path.c_str(), ends[1]);
+  if (child == 0) become_guard(path, ends[1]);
   close(ends[1]);
   socket_ = ends[0];
   // The copy in between is gone as soon as it has made the guard, which then belongs to nobody here.
@@ -99,9 +107,13 @@ void Guard::start() {
 }
 
 bool Guard::revive() {
-  if (!wanted_ || socket_ >= 0 || std::chrono::steady_clock::now() - started_ < restart_interval) return false;
+  if (!wanted_ || socket_ >= 0 || std::chrono::steady_clock::now() < next_try_) return false;
   start();
   return socket_ >= 0;
+}
+
+std::optional<std::chrono::steady_clock::time_point> Guard::next_try() const {
+  return wanted_ && installed_ && socket_ < 0 ? std::optional(next_try_) : std::nullopt;
 }
 
 void Guard::watch(xcb_window_t resource) {

@@ -6,6 +6,7 @@
 #include <xcb/xcb.h>
 
 #include <chrono>
+#include <optional>
 
 namespace hooklib {
 
@@ -22,8 +23,10 @@ class Guard {
   // library, there is no guard, and the hook works all the same.
   void start();
   // Starts it anew if it is gone. True if one runs again: it must be told what to watch. For a guard that does not stay
-  // it tries seldom.
+  // it tries seldom, and more and more seldom for one that does not come up.
   bool revive();
+  // When revive() is to be called; nothing if none is missing, or if there is no program to start.
+  std::optional<std::chrono::steady_clock::time_point> next_try() const;
   // Has the connection that owns `resource` cut if the hook hangs from now on; with 0, none.
   void watch(xcb_window_t resource);
   // Whether the guard has asked, since the last look, if the hook is alive.
@@ -34,11 +37,14 @@ class Guard {
   int descriptor() const { return socket_; }
 
  private:
+  void launch(const char* path);
   void stop();
 
   int socket_ = -1;
   bool wanted_ = false;
-  std::chrono::steady_clock::time_point started_;
+  bool installed_ = false;
+  std::chrono::steady_clock::duration pause_{};
+  std::chrono::steady_clock::time_point next_try_;
 };
 
 }  // namespace hooklib

@@ -12,8 +12,11 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "hooklib/guard_protocol.h"
 #include "hooklib/injected.h"
@@ -24,8 +27,14 @@ using hooklib::guard_descriptor;
 using hooklib::GuardMessage;
 using Clock = std::chrono::steady_clock;
 
-// A hook that has not answered for so long hangs. With what the rest takes, the button is back within a second.
-constexpr auto patience = std::chrono::milliseconds(500);
+// A hook that has not answered for so long is in doubt.
+constexpr auto patience = std::chrono::milliseconds(350);
+// It may have waited for the server, as everybody does while that stands still or somebody has it grabbed. So long it
+// has from when the server answers again; then it hangs. With what the rest takes, the button is back within a second.
+constexpr auto grace = std::chrono::milliseconds(150);
+// An answer of the server that took longer came after such a standstill. One that is always so slow gets its limit.
+constexpr auto standstill = std::chrono::milliseconds(50);
+constexpr int most_graces = 5;
 // While a drawing is in progress, or an injected key is down, the hook is asked this often.
 constexpr auto interval = std::chrono::milliseconds(150);
 // The server may still be busy with what a program that died had asked for.
@@ -35,6 +44,18 @@ struct Free {
   void operator()(void* block) const { std::free(block); }
 };
 using Event = std::unique_ptr<xcb_generic_event_t, Free>;
+
+// Whether the hook's process was stopped, and so will not answer. One that is being traced may run on at any moment.
+bool hook_is_stopped() {
+  ucred hook{};
+  socklen_t size = sizeof hook;
+  if (getsockopt(guard_descriptor, SOL_SOCKET, SO_PEERCRED, &hook, &size) != 0) return false;
+  std::ifstream file("/proc/" + std::to_string(hook.pid) + "/stat");
+  const std::string text(std::istreambuf_iterator<char>(file), {});
+  // The state comes after the program's name, which may hold anything.
+  const std::size_t name_end = text.rfind(") ");
+  return name_end != std::string::npos && name_end + 2 < text.size() && text[name_end + 2] == 'T';
+}
 
 class Watch {
  public:
@@ -52,7 +73,7 @@ class Watch {
     // What the hook has said counts before the clock does.
     if (!hear_hook()) return false;
     see_all();
-    if (deadline_ && Clock::now() >= *deadline_) cut();
+    if (deadline_ && Clock::now() >= *deadline_) run_out();
     if (next_ping_ && Clock::now() >= *next_ping_) {
       next_ping_.reset();
       if (drawing_ || injected_.any_down()) ping();
@@ -90,6 +111,7 @@ class Watch {
       if (size == 0) return false;
       if (size != static_cast<ssize_t>(sizeof message)) return true;
       deadline_.reset();
+      graces_ = 0;
       next_ping_.reset();
       // What it held when it said what to watch is not known here: the press may lie before our time.
       drawing_ = message.value != 0;
@@ -116,6 +138,7 @@ class Watch {
 
   void ping() {
     if (deadline_) return;
+    if (hook_is_stopped()) return cut();
     next_ping_.reset();
     const GuardMessage message{GuardMessage::Kind::ping, 0};
     // A hook that does not even read gets no answer out in time either.
@@ -123,10 +146,21 @@ class Watch {
     deadline_ = Clock::now() + patience;
   }
 
+  void run_out() {
+    const Clock::time_point asked = Clock::now();
+    // As long as the server does nothing for anybody this waits, too.
+    std::free(xcb_get_input_focus_reply(display_, xcb_get_input_focus(display_), nullptr));
+    const bool in_doubt = graces_ == 0 || (Clock::now() - asked > standstill && graces_ < most_graces);
+    if (!in_doubt) return cut();
+    ++graces_;
+    deadline_ = Clock::now() + grace;
+  }
+
   void cut() {
     if (guarded_ != 0) xcb_kill_client(display_, guarded_);
     guarded_ = 0;
     deadline_.reset();
+    graces_ = 0;
     drawing_ = false;
     injected_.release_all();
   }
@@ -137,6 +171,7 @@ class Watch {
   bool drawing_ = false;
   bool farewell_ = false;
   std::optional<Clock::time_point> deadline_;   // of the answer that is due
+  int graces_ = 0;                              // by which it was put off
   std::optional<Clock::time_point> next_ping_;  // if there is reason by then
 };
 

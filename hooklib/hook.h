@@ -24,6 +24,7 @@ class Hook {
 
  private:
   void work();
+  bool pause();
 
   Program program_;
   Exchange exchange_;

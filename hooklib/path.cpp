@@ -1,5 +1,6 @@
 #include "hooklib/path.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -29,45 +30,74 @@ void DrawnPath::begin(Sample press, double density) {
   press_ = press;
   density_ = density;
   away_ = lifted_ = ended_ = false;
-  released_ms_.reset();
+  down_ms_ = press.time_ms;
+  told_.clear();
+  undecided_.clear();
   doubtful_.clear();
+  bounces_.clear();
   undrawn_.clear();
 }
 
-DrawnPath::News DrawnPath::take(const Sample& sample, Recording::Kind kind) {
-  if (ended_) return News::none;
-  if (lifted_) return take_lifted(sample, kind);
-  if (kind == Recording::Kind::motion && released_ms_ && later(sample.time_ms, *released_ms_) >= 0) {
-    return take_unreleased(sample);
+void DrawnPath::take(const Sample& sample, Recording::Kind kind) {
+  // What would have been recorded by now was not.
+  while (!told_.empty() && later(sample.time_ms, told_.front().time_ms) > 0) follow_unrecorded();
+  if (kind == Recording::Kind::motion) {
+    const bool undecided = !told_.empty() && told_.front().time_ms == sample.time_ms;
+    return undecided ? undecided_.push_back(sample) : follow(sample, kind);
   }
-  doubtful_.push_back(sample);
-  add_doubtful();
+  const auto same = [&](const Change& one) { return one.time_ms == sample.time_ms && one.kind == kind; };
+  if (const auto change = std::find_if(told_.begin(), told_.end(), same); change != told_.end()) {
+    for (auto before = change - told_.begin(); before > 0; --before) follow_unrecorded();
+    told_.pop_front();
+  }
+  follow_undecided();
+  follow(sample, kind);
+}
+
+void DrawnPath::catch_up() {
+  while (!told_.empty()) follow_unrecorded();
+}
+
+// The first change that was told, made where the way had come to, and then what may have come after it.
+void DrawnPath::follow_unrecorded() {
+  const Change change = told_.front();
+  told_.pop_front();
+  Sample sample = samples().back();
+  sample.time_ms = change.time_ms;
+  follow(sample, change.kind);
+  if (told_.empty() || told_.front().time_ms != change.time_ms) follow_undecided();
+}
+
+void DrawnPath::follow_undecided() {
+  for (const Sample& sample : std::exchange(undecided_, {})) follow(sample, Recording::Kind::motion);
+}
+
+void DrawnPath::follow(const Sample& sample, Recording::Kind kind) {
+  if (ended_) return;
+  if (lifted_) return follow_lifted(sample, kind);
+  add(sample);
   // No other button can be down: a press of one would have ended the drawing.
   lifted_ = kind == Recording::Kind::release;
   lift_ = sample;
-  // A click is handed on at once, bounces and all, as it would be without us.
-  ended_ = lifted_ && is_click(recorder_.samples(), density_);
-  return ended_ ? News::ended : News::none;
+  // A click is handed on at once, bounces and all, as it would be without us. No hand is so fast as a switch that
+  // bounces.
+  ended_ = lifted_ && is_click(recorder_.samples(), density_) && sample.time_ms - down_ms_ > bounce_ms;
 }
 
-// A motion no earlier than a release that has not been seen in the recording. Within the same millisecond it may have
-// been before it; then the release comes next.
-DrawnPath::News DrawnPath::take_unreleased(const Sample& sample) {
-  doubtful_.push_back(sample);
-  ended_ = later(sample.time_ms, *released_ms_) > 0;
-  return ended_ ? News::ended : News::none;
-}
-
-DrawnPath::News DrawnPath::take_lifted(const Sample& sample, Recording::Kind kind) {
+void DrawnPath::follow_lifted(const Sample& sample, Recording::Kind kind) {
   const bool near = distance(sample, lift_) <= bounce_radius * density_ && sample.time_ms - lift_.time_ms <= bounce_ms;
   ended_ = !near || kind == Recording::Kind::release;
-  if (ended_) return News::ended;
+  if (ended_) return;
   doubtful_.push_back(sample);
-  if (kind == Recording::Kind::motion) return News::none;
+  if (kind == Recording::Kind::motion) return;
   lifted_ = false;
-  if (released_ms_ && later(*released_ms_, sample.time_ms) <= 0) released_ms_.reset();
+  down_ms_ = sample.time_ms;
+  bounces_.push_back(sample.time_ms);
   add_doubtful();
-  return News::bounced;
+}
+
+std::vector<std::uint32_t> DrawnPath::take_bounces() {
+  return std::exchange(bounces_, {});
 }
 
 void DrawnPath::add_doubtful() {

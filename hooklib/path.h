@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <deque>
 #include <span>
 #include <vector>
 
@@ -17,17 +17,19 @@ class DrawnPath {
  public:
   void begin(Sample press, double density);
 
-  // The button came up at this time. The server may have begun to record after that: then the way ends here, although
-  // no release is recorded.
-  void released(std::uint32_t time_ms) { released_ms_ = time_ms; }
+  // The button came up or went down again at this time. To be told in order, and before what is recorded of it. The
+  // server may have begun to record after that: then it was where the way had come to.
+  void told(std::uint32_t time_ms, Recording::Kind kind) { told_.push_back({time_ms, kind}); }
 
-  enum class News {
-    none,
-    bounced,  // the button is down again and the way goes on; the press was at samples().back()
-    ended,    // the way ended with the release
-  };
   // The next thing recorded. After the end nothing is taken in any more.
-  News take(const Sample& sample, Recording::Kind kind);
+  void take(const Sample& sample, Recording::Kind kind);
+  // All that was recorded up to now has been taken, and the button is down again as far as was told.
+  void catch_up();
+
+  // The way ended with a release.
+  bool ended() const { return ended_; }
+  // When the button went down again and the way went on, since the last time this was asked.
+  std::vector<std::uint32_t> take_bounces();
 
   std::span<const Sample> samples() const { return recorder_.samples(); }
   // What is new for the trail since the last time: nothing as long as the pointer has not left the press, so that a
@@ -36,10 +38,18 @@ class DrawnPath {
   bool has_undrawn() const { return !undrawn_.empty(); }
 
  private:
+  // What the button did, as the devices tell it.
+  struct Change {
+    std::uint32_t time_ms;
+    Recording::Kind kind;
+  };
+
   void add(const Sample& sample);
   void add_doubtful();
-  News take_unreleased(const Sample& sample);
-  News take_lifted(const Sample& sample, Recording::Kind kind);
+  void follow(const Sample& sample, Recording::Kind kind);
+  void follow_lifted(const Sample& sample, Recording::Kind kind);
+  void follow_unrecorded();
+  void follow_undecided();
 
   Recorder recorder_;
   Sample press_{};
@@ -48,8 +58,11 @@ class DrawnPath {
   bool lifted_ = false;  // since `lift_`, a release that may not have been the last
   bool ended_ = false;
   Sample lift_{};
-  std::optional<std::uint32_t> released_ms_;
-  std::vector<Sample> doubtful_;  // perhaps made after the end
+  std::uint32_t down_ms_ = 0;      // when the button went down last
+  std::deque<Change> told_;        // and not recorded, or not yet
+  std::vector<Sample> undecided_;  // motion within the millisecond of the first of these: before it or after
+  std::vector<Sample> doubtful_;   // perhaps made after the end
+  std::vector<std::uint32_t> bounces_;
   std::vector<TrailPoint> undrawn_;
 };
 

@@ -17,6 +17,8 @@ constexpr std::uint32_t idle_mask = XCB_INPUT_XI_EVENT_MASK_HIERARCHY | XCB_INPU
                                     XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
 constexpr std::uint32_t drawing_mask = idle_mask | XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
 
+constexpr std::uint16_t other_buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
+
 constexpr auto trail_interval = std::chrono::milliseconds(8);
 
 struct InputSelection {
@@ -39,6 +41,8 @@ Session::Session(Display display, Program& program, Exchange& exchange, Guard& g
   const std::uint32_t resizes = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
   xcb_change_window_attributes(display_.control.get(), display_.screen->root, XCB_CW_EVENT_MASK, &resizes);
   select_input(false);
+  // Not before: what is plugged in from now on is told.
+  devices_.refresh();
   catch_up_with_control_keys();
   program_.heartbeat.restart();
   obey(exchange_.take_orders());
@@ -78,6 +82,8 @@ void Session::obey(const Exchange::Orders& orders) {
 void Session::look_after_program() {
   Heartbeat& heartbeat = program_.heartbeat;
   const Heartbeat::Time now = Clock::now();
+  // Somebody who only holds the button is there, too.
+  if (gesture_.holding()) heartbeat.user_is_about(now);
   if (!stopped_ && heartbeat.take_question(now)) tell_program(display_.atoms.question, {display_.window});
   hung_ = heartbeat.hung(now);
   if (hung_) perform(gesture_.stop());
@@ -88,8 +94,18 @@ void Session::hold_button() {
   const bool wanted = !stopped_ && !hung_;
   if (wanted == wanted_) return;
   wanted_ = wanted;
-  grab_.want(wanted_);
-  guard_.watch(wanted_ ? display_.window : xcb_window_t{XCB_WINDOW_NONE});
+  if (!wanted_) return give_button_up();
+  guard_.watch(display_.window);
+  grab_.want(true);
+}
+
+// The guard watches as long as the server may freeze a press for us, or has frozen one that is still on its way.
+void Session::give_button_up() {
+  grab_.want(false);
+  sync(display_.control.get());
+  while (work()) continue;
+  sync(display_.control.get());
+  guard_.watch(XCB_WINDOW_NONE);
 }
 
 // In milliseconds; -1 for as long as nothing comes.
@@ -99,6 +115,7 @@ int Session::time_to_sleep() const {
   if (stopped_ && !hung_) next.reset();
   if (lift_end_ && (!next || *lift_end_ < *next)) next = lift_end_;
   if (gesture_.drawing() && path_.has_undrawn() && (!next || next_draw_ < *next)) next = next_draw_;
+  if (const auto retry = guard_.next_try(); retry && (!next || *retry < *next)) next = retry;
   if (!next) return -1;
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(*next - now).count();
   return static_cast<int>(std::max<long>(left, 0));
@@ -147,7 +164,7 @@ bool Session::take_recording() {
   }
   follow_path();
   draw_trail();
-  if (gesture_.lifted() && (path_ended_ || recording_.finished())) perform(gesture_.stays_up());
+  if (gesture_.lifted() && (path_.ended() || recording_.finished())) perform(gesture_.stays_up());
   if (gesture_.finishing() && recording_.finished()) {
     conclude();
     any = true;
@@ -158,19 +175,17 @@ bool Session::take_recording() {
 void Session::follow_path() {
   for (const auto& [sample, kind] : taken_) {
     if (!gesture_.holding()) break;
-    switch (path_.take(sample, kind)) {
-      case DrawnPath::News::none:
-        break;
-      case DrawnPath::News::bounced:
-        gesture_.bounced(sample.time_ms);
-        if (gesture_.drawing()) lift_end_.reset();
-        break;
-      case DrawnPath::News::ended:
-        path_ended_ = true;
-        break;
-    }
+    path_.take(sample, kind);
   }
   taken_.clear();
+  heed_bounces();
+}
+
+void Session::heed_bounces() {
+  for (const std::uint32_t press_ms : path_.take_bounces()) {
+    gesture_.bounced(press_ms);
+    if (gesture_.drawing()) lift_end_.reset();
+  }
 }
 
 // As often as a screen shows it, and less often where the server has trouble to keep up: it must not fall so far behind
@@ -188,7 +203,13 @@ void Session::end_lift() {
   // This thread may have been kept from looking in time.
   sync(display_.control.get());
   while (work()) continue;
-  if (lift_end_ && Clock::now() >= *lift_end_) perform(gesture_.stays_up());
+  if (!lift_end_ || Clock::now() < *lift_end_) return;
+  if (gesture_.down_again()) {
+    // Before the server began to record, or that would have told.
+    path_.catch_up();
+    heed_bounces();
+  }
+  perform(gesture_.stays_up());
 }
 
 void Session::leave() {
@@ -196,12 +217,7 @@ void Session::leave() {
   trail_.end();
   stopped_ = true;
   wanted_ = false;
-  grab_.want(false);
-  guard_.watch(XCB_WINDOW_NONE);
-  // A press that the server froze before it gave the button up is on its way.
-  sync(display_.control.get());
-  while (work()) continue;
-  sync(display_.control.get());
+  give_button_up();
 }
 
 void Session::handle(const xcb_generic_event_t& event) {
@@ -209,10 +225,18 @@ void Session::handle(const xcb_generic_event_t& event) {
     case XCB_BUTTON_PRESS: {
       const auto& press = reinterpret_cast<const xcb_button_press_event_t&>(event);
       if (press.detail != ButtonGrab::button) break;
+      if ((press.state & other_buttons) != 0) {
+        // Beside another button the server freezes none: this came by the grab that outlasts a dropped drawing.
+        xcb_allow_events(display_.control.get(), XCB_ALLOW_REPLAY_POINTER, press.time);
+        break;
+      }
       press_ = {static_cast<double>(press.root_x), static_cast<double>(press.root_y), press.time};
       perform(gesture_.frozen_press(press.time, wanted_ && (press.state & XCB_MOD_MASK_CONTROL) == 0));
       break;
     }
+    case XCB_BUTTON_RELEASE:
+      end_outlasting_grab(reinterpret_cast<const xcb_button_release_event_t&>(event));
+      break;
     case XCB_DESTROY_NOTIFY: {
       const xcb_window_t window = reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window;
       grab_.window_destroyed(window);
@@ -240,6 +264,13 @@ void Session::handle(const xcb_generic_event_t& event) {
   }
 }
 
+// The button that drew is up, but the server leaves us the pointer until all are: what is done beside the one that
+// dropped the drawing is the application's. The time keeps this from a press that was frozen since.
+void Session::end_outlasting_grab(const xcb_button_release_event_t& release) {
+  if (release.detail != ButtonGrab::button || gesture_.holding() || !gesture_.others_held()) return;
+  xcb_ungrab_pointer(display_.control.get(), release.time);
+}
+
 void Session::handle_input(const xcb_ge_generic_event_t& event) {
   const auto& button = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
   const auto& key = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
@@ -254,12 +285,15 @@ void Session::handle_input(const xcb_ge_generic_event_t& event) {
   }
   program_.heartbeat.user_is_about(Clock::now());
   switch (event.event_type) {
-    case XCB_INPUT_RAW_BUTTON_PRESS:
-      perform(gesture_.button_down(contact, button.time));
+    case XCB_INPUT_RAW_BUTTON_PRESS: {
+      const Step step = gesture_.button_down(contact, button.time);
+      if (step.lift) path_.told(button.time, Recording::Kind::press);
+      perform(step);
       break;
+    }
     case XCB_INPUT_RAW_BUTTON_RELEASE: {
       const Step step = gesture_.button_up(contact);
-      if (step.lift) path_.released(button.time);
+      if (step.lift) path_.told(button.time, Recording::Kind::release);
       perform(step);
       break;
     }
@@ -335,7 +369,6 @@ void Session::perform(Step step) {
 
 void Session::begin_drawing() {
   taken_.clear();
-  path_ended_ = false;
   next_draw_ = {};
   recording_.begin();
   select_input(true);

@@ -50,15 +50,18 @@ class Session {
   bool handle_events();
   bool take_recording();
   void follow_path();
+  void heed_bounces();
   void draw_trail();
   void end_lift();
   void obey(const Exchange::Orders& orders);
   void look_after_program();
   void hold_button();
+  void give_button_up();
   int time_to_sleep() const;
   void leave();
 
   void handle(const xcb_generic_event_t& event);
+  void end_outlasting_grab(const xcb_button_release_event_t& release);
   void handle_input(const xcb_ge_generic_event_t& event);
   void handle_key(std::uint16_t source, std::uint32_t code, bool down);
   void handle_devices(const xcb_ge_generic_event_t& event);
@@ -94,10 +97,9 @@ class Session {
   bool moved_ = false;    // something was done that the recording has, but may not have handed out
   Sample press_{};
   std::vector<std::pair<Sample, Recording::Kind>> taken_;  // from the recording, and not yet looked at
-  bool path_ended_ = false;
-  Clock::duration answer_time_{};              // what the server last took to answer
-  Clock::time_point next_draw_;                // the trail is not drawn on before
-  std::optional<Clock::time_point> lift_end_;  // until then the button may come down again
+  Clock::duration answer_time_{};                          // what the server last took to answer
+  Clock::time_point next_draw_;                            // the trail is not drawn on before
+  std::optional<Clock::time_point> lift_end_;              // until then the button may come down again
 };
 
 }  // namespace hooklib

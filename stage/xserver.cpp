@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <initializer_list>
 #include <stdexcept>
 
 #include "stage/windows.h"
@@ -104,9 +105,11 @@ struct User::Devices {
                             nullptr, 0, CurrentTime);
     settle();
   }
-  void button(int number, bool down) const {
-    XTestFakeDeviceButtonEvent(display.get(), mouse, static_cast<unsigned>(number), down ? True : False, nullptr, 0,
-                               CurrentTime);
+  void buttons(int number, std::initializer_list<bool> downs) const {
+    for (const bool down : downs) {
+      XTestFakeDeviceButtonEvent(display.get(), mouse, static_cast<unsigned>(number), down ? True : False, nullptr, 0,
+                                 CurrentTime);
+    }
     settle();
   }
 };
@@ -127,10 +130,10 @@ void User::move_to(int x, int y) {
 }
 
 void User::press(int button) {
-  devices_->button(button, true);
+  devices_->buttons(button, {true});
 }
 void User::release(int button) {
-  devices_->button(button, false);
+  devices_->buttons(button, {false});
 }
 
 void User::click(int button) {
@@ -139,11 +142,11 @@ void User::click(int button) {
 }
 
 void User::bounce(int button) {
-  for (const Bool down : {False, True}) {
-    XTestFakeDeviceButtonEvent(devices_->display.get(), devices_->mouse, static_cast<unsigned>(button), down, nullptr,
-                               0, CurrentTime);
-  }
-  devices_->settle();
+  devices_->buttons(button, {false, true});
+}
+
+void User::press_bouncing(int button) {
+  devices_->buttons(button, {true, false, true});
 }
 
 void User::plug_mouse(bool in) {

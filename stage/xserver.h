@@ -99,8 +99,9 @@ class User {
   void press(int button);
   void release(int button);
   void click(int button);
-  // Release and press in the same instant, as of a worn switch.
+  // Release and press in the same instant, as of a worn switch; and a press that bounces so.
   void bounce(int button);
+  void press_bouncing(int button);
   // Unplugs the mouse, or plugs it in again.
   void plug_mouse(bool in);
   // A key by its keysym (XK_...); both halves, or one.

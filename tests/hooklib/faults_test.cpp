@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -14,6 +15,7 @@
 #include <iostream>
 #include <iterator>
 #include <string>
+#include <thread>
 
 #include "tests/hooklib/fixture.h"
 
@@ -51,6 +53,22 @@ TEST_F(HostProcess, StoppedTheButtonIsTheUsersAndTheHookComesBack) {
     draws_for(host);
     target->forget();
   }
+}
+
+TEST_F(HostProcess, StoppedWhileNobodyDrewIsNoticedAtOnce) {
+  // Sooner than a hook that runs is taken for hung. On a busy machine one of several tries is as fast.
+  constexpr auto limit = std::chrono::milliseconds(300);
+  const auto free_after = [&] {
+    const stage::Process host = start();
+    host.signal(SIGSTOP);
+    const auto start = std::chrono::steady_clock::now();
+    user->click(3);
+    pointer_moves();
+    return std::chrono::steady_clock::now() - start;
+  };
+  auto best = free_after();
+  for (int more = 4; more > 0 && best >= limit; --more) best = std::min(best, free_after());
+  EXPECT_LT(best, limit);
 }
 
 TEST_F(HostProcess, NothingStaysPressedByAProgramThatIsDeadOrStopped) {
@@ -109,6 +127,16 @@ TEST_F(HostProcess, GuardThatDiesIsReplaced) {
   EXPECT_TRUE(eventually([&] { return guard() == 0; }));
 }
 
+TEST_F(HostProcess, GuardThatDiesTwiceIsReplacedWithoutAnyInput) {
+  const stage::Process host = start();
+  pid_t last = 0;
+  for (int deaths = 0; deaths < 3; ++deaths) {
+    const pid_t before = last;
+    ASSERT_TRUE(eventually([&] { return (last = guard_on(server.display())) != 0 && last != before; }));
+    kill(last, SIGKILL);
+  }
+}
+
 TEST_F(Hooked, BouncingSwitchDrawsOneStroke) {
   begin_drawing();
   user->bounce(3);
@@ -123,6 +151,27 @@ TEST_F(Hooked, BouncingSwitchDrawsOneStroke) {
   ASSERT_FALSE(points.empty());
   EXPECT_EQ(points.front(), corner.front());
   EXPECT_EQ(points.back(), std::pair(640, 450));
+}
+
+TEST_F(Hooked, SwitchThatBouncesAtThePressDrawsOneStroke) {
+  for (const bool rests : {false, true}) {
+    SCOPED_TRACE(rests);
+    user->move_to(400, 300);
+    user->press_bouncing(3);
+    // Longer than it takes to know that a button stays up.
+    if (rests) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    int moves = 0;
+    EXPECT_TRUE(eventually([&] {
+      user->move_to(400, 305 + ++moves % 2);
+      return user->pixels(400, 303, 1, 1).front() == 0x00ff00;
+    }));
+    for (const auto& [x, y] : corner) user->move_to(x, y);
+    user->release(3);
+    gets({});
+    reports_just({stroke_report});
+    EXPECT_EQ(host->fetch().front(), corner.front());
+    click_is_passed_on();
+  }
 }
 
 TEST_F(Hooked, UnpluggedMouseTakesItsDrawingAlong) {
@@ -156,6 +205,21 @@ TEST_F(Hooked, StrokeGoesOnAcrossAChangeOfTheScreen) {
   user->release(3);
   ASSERT_TRUE(reported({stroke_report}));
   EXPECT_EQ(host->fetch().back(), std::pair(1700, 900));
+}
+
+TEST_F(Hooked, StrokeOutlastsAStandstillOfTheServer) {
+  // Longer than the guard waits for a hook that does not answer.
+  constexpr auto standstill = std::chrono::milliseconds(800);
+  const DisplayHandle other(XOpenDisplay(nullptr));
+  begin_drawing();
+  XGrabServer(other.get());
+  XSync(other.get(), False);
+  std::this_thread::sleep_for(standstill);
+  XUngrabServer(other.get());
+  XSync(other.get(), False);
+  user->move_to(620, 450);
+  user->release(3);
+  reports_just({stroke_report});
 }
 
 TEST_F(Hooked, GrabsOfOthersAreLeftAlone) {

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "hooklib/path.h"
 
@@ -99,23 +101,40 @@ TEST(Gesture, PressesThatCannotBeDrawnAreHandedOver) {
 }
 
 using Kind = Recording::Kind;
-using News = DrawnPath::News;
+using Times = std::vector<std::uint32_t>;
 
 TEST(DrawnPath, PressSoonAndNearIsABounce) {
   const struct {
     Sample next;
     Kind kind;
-    News news;
-  } cases[] = {{{204, 305, 1025}, Kind::press, News::bounced}, {{204, 305, 1026}, Kind::press, News::ended},
-               {{230, 300, 1005}, Kind::press, News::ended},   {{204, 305, 1005}, Kind::motion, News::none},
-               {{230, 300, 1005}, Kind::motion, News::ended},  {{204, 305, 1026}, Kind::motion, News::ended},
-               {{200, 300, 1005}, Kind::release, News::ended}};
-  for (const auto& [next, kind, news] : cases) {
+    bool bounced, ended;
+  } cases[] = {{{204, 305, 1025}, Kind::press, true, false},  {{204, 305, 1026}, Kind::press, false, true},
+               {{230, 300, 1005}, Kind::press, false, true},  {{204, 305, 1005}, Kind::motion, false, false},
+               {{230, 300, 1005}, Kind::motion, false, true}, {{204, 305, 1026}, Kind::motion, false, true},
+               {{200, 300, 1005}, Kind::release, false, true}};
+  for (const auto& [next, kind, bounced, ended] : cases) {
     DrawnPath path;
     path.begin({100, 300, 900}, 1);
-    EXPECT_EQ(path.take({200, 300, 1000}, Kind::release), News::none);
-    EXPECT_EQ(path.take(next, kind), news) << next.x << ' ' << next.time_ms;
-    EXPECT_EQ(path.samples().back().x, news == News::bounced ? next.x : 200) << "the stroke ends with the release";
+    path.take({200, 300, 1000}, Kind::release);
+    EXPECT_FALSE(path.ended());
+    path.take(next, kind);
+    EXPECT_EQ(path.ended(), ended) << next.x << ' ' << next.time_ms;
+    EXPECT_EQ(path.take_bounces(), bounced ? Times{next.time_ms} : Times{});
+    EXPECT_EQ(path.samples().back().x, bounced ? next.x : 200) << "the stroke ends with the release";
+  }
+}
+
+TEST(DrawnPath, ClickEndsAtOnceUnlessNoHandIsThatFast) {
+  for (const auto& [release_ms, ended] : {std::pair(925U, false), {926U, true}}) {
+    DrawnPath path;
+    path.begin({100, 300, 900}, 1);
+    path.take({101, 300, release_ms}, Kind::release);
+    EXPECT_EQ(path.ended(), ended) << release_ms;
+    path.take({102, 300, release_ms + 5}, Kind::press);
+    EXPECT_EQ(path.take_bounces().empty(), ended);
+    // It is the press of the same release that counts.
+    path.take({102, 300, release_ms + 31}, Kind::release);
+    EXPECT_TRUE(path.ended());
   }
 }
 
@@ -123,11 +142,31 @@ TEST(DrawnPath, ReleaseThatWasMadeBeforeTheRecordingEndsIt) {
   for (const std::uint32_t motion_ms : {1000U, 1001U}) {
     DrawnPath path;
     path.begin({100, 300, 990}, 1);
-    path.released(1000);
+    path.told(1000, Kind::release);
     path.take({600, 300, motion_ms}, Kind::motion);
-    EXPECT_EQ(path.samples().size(), 1U) << motion_ms;
-    const bool motion_first = path.take({600, 300, 1000}, Kind::release) == News::none && path.samples().size() == 3;
-    EXPECT_EQ(motion_first, motion_ms == 1000U);
+    EXPECT_EQ(path.samples().back().x, 100) << motion_ms;
+    EXPECT_EQ(path.ended(), motion_ms == 1001U);
+    path.take({600, 300, 1000}, Kind::release);
+    EXPECT_EQ(path.samples().back().x, motion_ms == 1000U ? 600 : 100) << "of that millisecond, and before it";
+  }
+}
+
+TEST(DrawnPath, BounceThatWasMadeBeforeTheRecordingIsOne) {
+  for (const int recorded : {0, 1, 2}) {
+    for (const bool moved : {true, false}) {
+      DrawnPath path;
+      path.begin({100, 300, 990}, 1);
+      path.told(991, Kind::release);
+      path.told(992, Kind::press);
+      // Of the same millisecond, and before or after.
+      if (recorded < 2) path.take({150, 300, 992}, Kind::motion);
+      if (recorded > 1) path.take({100, 300, 991}, Kind::release);
+      if (recorded > 0) path.take({100, 300, 992}, Kind::press);
+      moved ? path.take({600, 300, 993}, Kind::motion) : path.catch_up();
+      const bool before = recorded == 1;
+      EXPECT_EQ(path.ended(), before) << recorded << "; a motion so far away says that there was no bounce";
+      EXPECT_EQ(path.take_bounces(), before ? Times{} : Times{992});
+    }
   }
 }
 

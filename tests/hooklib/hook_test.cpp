@@ -111,6 +111,28 @@ TEST_F(Hooked, EscapeAndTheLeftButtonDropTheDrawingAndLeaveTheLastStroke) {
   }
 }
 
+TEST_F(Hooked, PressBesideTheButtonThatDroppedADrawingIsTheApplications) {
+  begin_drawing();
+  target->forget();
+  user->press(1);
+  user->release(3);
+  // With the left button held: the drawing is dropped, and the pointer is nobody's.
+  EXPECT_TRUE(eventually([&] {
+    user->move_to(300, 300);
+    user->move_to(400, 300);
+    return !target->events(true).empty();
+  }));
+  target->forget();
+  user->press(3);
+  user->move_to(500, 300);
+  user->release(3);
+  user->release(1);
+  gets({"press 3 at 400,300", "release 3 at 500,300", "release 1 at 500,300"});
+  reports_just({});
+  user->draw(3, corner);
+  reports_just({stroke_report});
+}
+
 TEST_F(Hooked, PressBesideAnotherButtonIsTheApplications) {
   user->move_to(400, 300);
   user->press(1);
