@@ -10,8 +10,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
+#include <string>
 #include <string_view>
 
+#include "fuzz/last_words.h"
 #include "fuzz/user.h"
 
 namespace {
@@ -19,11 +21,9 @@ namespace {
 constexpr long events_of_a_life = 2000;
 constexpr unsigned int seconds_of_a_life = 120;  // more is a handler that never yields
 
-volatile std::sig_atomic_t present_seed = 0;
-
 extern "C" void too_long(int /*signal*/) {
-  std::fprintf(stderr, "seed %ld hangs\n", static_cast<long>(present_seed));
-  std::abort();
+  constexpr std::string_view said = "a handler hangs\n";
+  if (::write(STDERR_FILENO, said.data(), said.size()) >= 0) std::abort();
 }
 
 constexpr long no_limit = std::numeric_limits<long>::max();
@@ -69,17 +69,19 @@ int main(int count, char** arguments) {
   long events = 0;
   long seed = orders.first_seed;
   for (; events < orders.events && seconds() < static_cast<double>(orders.seconds); ++seed) {
-    present_seed = static_cast<int>(seed);
+    const std::string again = "again: simulation_run --seed " + std::to_string(seed);
+    set_last_words(again);
     ::alarm(seconds_of_a_life);
     try {
       User user(static_cast<std::uint64_t>(seed));
       user.trace = orders.trace;
       events += user.live(events_of_a_life);
     } catch (const std::exception& broken) {
-      std::printf("seed %ld: broken: %s\nagain: simulation_run --seed %ld\n", seed, broken.what(), seed);
+      std::printf("seed %ld: broken: %s\n%s\n", seed, broken.what(), again.c_str());
       return 1;
     }
   }
+  set_last_words("");
   std::printf("%ld events in %ld lives, %.0f s: every promise kept\n", events, seed - orders.first_seed, seconds());
   return 0;
 }
