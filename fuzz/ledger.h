@@ -23,39 +23,53 @@ class Ledger {
  public:
   Ledger(simulation::DesktopInMemory& desktop, Programme& programme) : desktop_(desktop), programme_(programme) {}
 
+  static void expect(bool kept, const std::string& promise);
+
   // The state at the start is what the user has.
   void open();
-  // What the user has just agreed to.
-  void may_delete(const std::string& name) { deletable_.insert(name); }
-  void may_redraw(const std::string& name) { redrawable_.insert(name); }
-  void may_add() { ++addable_; }
-  void may_bind(const std::string& name, const std::string& action) {
-    bindings_[name].insert(action);
-    bound_behind_[name] = desktop_.files.written;
-  }
+  // An event begins.
+  void begin();
+  // What the user has just agreed to comes to pass. An answer to the question for a name takes the last stroke under
+  // that name, unless the file cannot hold it or the name is in use.
+  void names(const std::string& answer);
+  void deletes(const std::string& name);
+  void redraws(const std::string& name);
+  void binds(const std::string& name, const std::string& action);
+  // Something has been asked for that ends with a save.
+  void saves() { saves_due_ = saves_tried() + 1; }
+  void saves_since_the_event_began() { saves_due_ = saves_before_ + 1; }
   // A hand has put something else in the place of the file.
   void changed_by_hand(const std::string& bytes);
 
-  // Looks at the program after an event, and at the file where `saved` says that it has been written.
-  void check(bool saved);
+  // Looks at the program and its file after an event.
+  void check();
   // The patrons that a fresh program finds in the file are the user's.
   void check_file() const;
 
  private:
   using Patrons = std::map<std::string, Mod_dessin::Patron>;
-  static void expect(bool kept, const std::string& promise);
+  int saves_tried() const { return desktop_.files.written + desktop_.files.refused; }
   std::map<std::string, std::string> present_actions() const;
-  void check_patrons();
-  void check_changes(const Mod_dessin::Patron& now, const std::string& action, Mod_dessin::Patron& before);
+  bool check_patrons();
+  bool check_changes(const Mod_dessin::Patron& now, const std::string& action, Mod_dessin::Patron& before);
+  void check_agreed(const std::map<std::string, std::string>& actions) const;
   void check_rows() const;
   void check_saved() const;
+  void check_hands() const;
 
   simulation::DesktopInMemory& desktop_;
   Programme& programme_;
   Patrons patrons_;  // by name; Action as the next save would write it
-  std::set<std::string> deletable_, redrawable_;
-  std::map<std::string, std::set<std::string>> bindings_;
+  // Of this event.
+  std::set<std::string> named_;    // must be there
+  std::set<std::string> addable_;  // may be new
+  std::set<std::string> deleted_;
+  std::map<std::string, std::vector<point_hook>> strokes_;  // what was taken under a name
+  std::map<std::string, std::string> bindings_;
   std::map<std::string, int> bound_behind_;  // how often the file had been written when a patron was last bound
-  int addable_ = 0;
+  int written_before_ = 0;
+  int saves_before_ = 0;
+  int saves_due_ = 0;
+
   std::vector<std::string> by_hand_;
 };

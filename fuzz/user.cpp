@@ -75,15 +75,18 @@ long User::live(long most) {
   desktop_.during_yield = [this] { yielded(); };
   programme_.start();
   desktop_.DoEvents();
+  Ledger::expect(desktop_.files.written == 0, "a start leaves the file alone");
   ledger_.open();
   long events = 0;
   for (; events < most && !desktop_.ended(); ++events) {
     yields_ = 0;
     desktop_.journal.lines.clear();
-    const int written = desktop_.files.written;
+    ledger_.begin();
     event();
     desktop_.DoEvents();
-    ledger_.check(desktop_.files.written != written);
+    // Whoever ends the program, it saves on the way.
+    if (desktop_.ended()) ledger_.saves_since_the_event_began();
+    ledger_.check();
   }
   end();
   return events;
@@ -92,9 +95,13 @@ long User::live(long most) {
 void User::end() {
   note("end");
   desktop_.journal.faults.clear();
-  const int written = desktop_.files.written;
-  if (!desktop_.ended()) programme_.quit();
-  ledger_.check(desktop_.files.written != written);
+  ledger_.begin();
+  if (!desktop_.ended()) {
+    const int written = desktop_.files.written;
+    programme_.quit();
+    Ledger::expect(desktop_.files.written > written, "the end saves");
+  }
+  ledger_.check();
   const Mod_dessin::Table last = programme_.table();
   desktop_.journal.lines.clear();
   desktop_.draw(programme_.sk(), drawn_.front());
@@ -269,11 +276,13 @@ void User::on_control(platform::Control& control) {
   event.Button = chances_.once_in(5) ? 2 : 1;
   fire(down, event);
   if (gone()) return;
-  if (editor && control.Name == "lblComC") may_bind("C:" + static_cast<platform::Label&>(control).Caption.get());
+  if (editor && control.Name == "lblComC") binds("C:" + static_cast<platform::Label&>(control).Caption.get());
   fire(up, event);
   if (gone() || event.Button != 1) return;
   fire(click);
-  if (!gone() && chances_.once_in(4)) fire(twice);
+  if (gone() || !chances_.once_in(4)) return;
+  if (control.Name == "lblpatron" && &control.form() == &sk) ledger_.saves();
+  fire(twice);
 }
 
 void User::on_editor() {
@@ -294,8 +303,8 @@ void User::on_editor() {
 void User::type_into(platform::TextBox& box, const std::string& prefix) {
   if (!chances_.once_in(4)) box.Text = some_action();
   note("type " + prefix + box.Text.get().substr(0, 60));
-  may_bind(prefix + box.Text.get());
   int code = chances_.one_of({13, 13, 13, 27, 65});
+  if (code == 13) binds(prefix + box.Text.get());
   fire(box.KeyPress, code);
 }
 

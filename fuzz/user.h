@@ -49,7 +49,7 @@ class User : private platform::Dialogs {
   std::string some_name();
   std::string some_action();
   std::string chosen() const;
-  void may_bind(const std::string& action) { ledger_.may_bind(chosen(), action); }
+  void binds(const std::string& action) { ledger_.binds(chosen(), action); }
   void note(const std::string& what) const;
 
   // Runs a copy of a handler, which may take away the form that holds it.
