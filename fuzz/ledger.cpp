@@ -83,6 +83,7 @@ void Ledger::open() {
   for (const Patron& patron : programme_.table().patrons) {
     if (live(patron)) patrons_[patron.Nom] = patron;
   }
+  rows_.miniatures();
 }
 
 void Ledger::begin() {
@@ -108,6 +109,7 @@ void Ledger::names(const std::string& answer) {
     return;
   }
   addable_.insert(*name);
+  rows_.saves(*name);
   strokes_[*name] = desktop_.hook.state.stroke;
   // All names together must go through one buffer. Where they nearly fill it, either may happen.
   if (length > Mod_ini::tampon - 1000) return;
@@ -116,6 +118,7 @@ void Ledger::names(const std::string& answer) {
 }
 
 void Ledger::deletes(const std::string& name) {
+  rows_.miniatures(name);
   deleted_.insert(name);
   addable_.erase(name);
   named_.erase(name);
@@ -156,7 +159,10 @@ std::map<std::string, std::string> Ledger::present_actions() const {
 
 void Ledger::check() {
   const bool changed = check_patrons();
-  if (!desktop_.ended()) check_rows();
+  if (!desktop_.ended()) {
+    const std::string fault = rows_.fault();
+    expect(fault.empty(), fault);
+  }
   const int tried = saves_tried();
   expect(!changed || tried > saves_before_, "a change goes to the file at once");
   expect(tried >= saves_due_, "what was asked for goes to the file");
@@ -231,27 +237,6 @@ void Ledger::check_agreed(const std::map<std::string, std::string>& actions) con
   for (const std::string& name : named_) expect(actions.contains(name), "what was saved is there: " + name);
   for (const std::string& name : deleted_) {
     expect(!actions.contains(name) || addable_.contains(name), "what was deleted is gone: " + name);
-  }
-}
-
-// With miniatures there is a row for each patron, in the order of the slots. In the plain views there may be rows of
-// deleted slots, but no patron has two.
-void Ledger::check_rows() const {
-  SK& sk = programme_.sk();
-  std::vector<std::string> rows;
-  for (int row = 1; row <= sk.LV.Count(); ++row) rows.push_back(sk.LV.row(row).Text);
-  std::vector<std::string> names;
-  for (const Patron& patron : programme_.table().patrons) {
-    if (live(patron)) names.push_back(patron.Nom);
-  }
-  if (sk.LV.Icons == &sk.ImLst_Vig) {
-    expect(rows == names, "the miniatures are the patrons, in order");
-    expect(sk.ImLst_Vig.Count() >= sk.LV.Count(), "each row has its miniature");
-    return;
-  }
-  std::set<std::string> seen;
-  for (const std::string& row : rows) {
-    expect(row == nom_efface || (patrons_.contains(row) && seen.insert(row).second), "a row is a patron: " + row);
   }
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/programme.h"
+#include "fuzz/shown_rows.h"
 #include "simulation/desktop_in_memory.h"
 
 inline constexpr const char* profile_name = "Strokemind.AI";
@@ -21,7 +22,8 @@ class Broken : public std::runtime_error {
 
 class Ledger {
  public:
-  Ledger(simulation::DesktopInMemory& desktop, Programme& programme) : desktop_(desktop), programme_(programme) {}
+  Ledger(simulation::DesktopInMemory& desktop, Programme& programme)
+      : desktop_(desktop), programme_(programme), rows_(programme) {}
 
   static void expect(bool kept, const std::string& promise);
 
@@ -35,6 +37,9 @@ class Ledger {
   void deletes(const std::string& name);
   void redraws(const std::string& name);
   void binds(const std::string& name, const std::string& action);
+  // One of the buttons 0 to 3 has been pressed; the list goes back to miniatures.
+  void views(int button) { rows_.view(button); }
+  void miniatures() { rows_.miniatures(); }
   // Something has been asked for that ends with a save.
   void saves() { saves_due_ = saves_tried() + 1; }
   void saves_since_the_event_began() { saves_due_ = saves_before_ + 1; }
@@ -53,12 +58,12 @@ class Ledger {
   bool check_patrons();
   bool check_changes(const Mod_dessin::Patron& now, const std::string& action, Mod_dessin::Patron& before);
   void check_agreed(const std::map<std::string, std::string>& actions) const;
-  void check_rows() const;
   void check_saved() const;
   void check_hands() const;
 
   simulation::DesktopInMemory& desktop_;
   Programme& programme_;
+  ShownRows rows_;
   Patrons patrons_;  // by name; Action as the next save would write it
   // Of this event.
   std::set<std::string> named_;    // must be there

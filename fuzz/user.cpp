@@ -279,7 +279,11 @@ void User::on_control(platform::Control& control) {
   if (editor && control.Name == "lblComC") binds("C:" + static_cast<platform::Label&>(control).Caption.get());
   fire(up, event);
   if (gone() || event.Button != 1) return;
+  const int view = control.Name == "Bouton" && !editor && control.Index < 4 ? control.Index : -1;
+  const bool deletes = control.Name == "lblCom" && !editor && control.Index == 0;
   fire(click);
+  if (view >= 0) ledger_.views(view);
+  if (deletes) ledger_.miniatures();
   if (gone() || !chances_.once_in(4)) return;
   if (control.Name == "lblpatron" && &control.form() == &sk) ledger_.saves();
   fire(twice);

@@ -40,7 +40,9 @@ void User::ShowColor(platform::ColourDialog& dialog) {
   ++boxes_;
   event_behind_box();
   --boxes_;
-  if (desktop_.ended() || chances_.once_in(3)) return;
+  if (desktop_.ended()) return;
+  ledger_.miniatures();
+  if (chances_.once_in(3)) return;
   dialog.Color = chances_.one_of({0, 0xFF, 0xFFFFFF, 0x7F7F7F, 0x010203, 0xFF0000});
 }
 
