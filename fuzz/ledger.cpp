@@ -96,6 +96,8 @@ void Ledger::begin() {
   strokes_.clear();
   bindings_.clear();
   bound_behind_.clear();
+  actions_.clear();
+  for (const auto& [name, patron] : patrons_) actions_.insert(patron.Action);
 }
 
 void Ledger::names(const std::string& answer) {
@@ -134,6 +136,7 @@ void Ledger::redraws(const std::string& name) {
 
 void Ledger::binds(const std::string& name, const std::string& action) {
   bindings_[name] = action;
+  actions_.insert(action);
   bound_behind_[name] = desktop_.files.written;
 }
 

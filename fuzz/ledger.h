@@ -46,6 +46,9 @@ class Ledger {
   // A hand has put something else in the place of the file.
   void changed_by_hand(const std::string& bytes);
 
+  // What was bound to any patron since the event began.
+  const std::set<std::string>& actions() const { return actions_; }
+
   // Looks at the program and its file after an event.
   void check();
   // The patrons that a fresh program finds in the file are the user's.
@@ -71,6 +74,7 @@ class Ledger {
   std::set<std::string> deleted_;
   std::map<std::string, std::vector<point_hook>> strokes_;  // what was taken under a name
   std::map<std::string, std::string> bindings_;
+  std::set<std::string> actions_;
   std::map<std::string, int> bound_behind_;  // how often the file had been written when a patron was last bound
   int written_before_ = 0;
   int saves_before_ = 0;

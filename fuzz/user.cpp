@@ -45,7 +45,8 @@ User::User(std::uint64_t seed)
                 desktop_.services.hooks,
                 desktop_.services.program},
       programme_(services_),
-      ledger_(desktop_, programme_) {
+      ledger_(desktop_, programme_),
+      witness_(desktop_) {
   const std::string profile = first_profile(chances_);
   if (!profile.empty()) desktop_.files.files[profile_name] = profile;
   desktop_.tray = !chances_.once_in(4);
@@ -73,35 +74,50 @@ void User::note(const std::string& what) const {
 
 long User::live(long most) {
   desktop_.during_yield = [this] { yielded(); };
+  begin();
   programme_.start();
   desktop_.DoEvents();
+  // No patron has been read while a box can be open.
+  const std::string fault = witness_.fault({});
+  Ledger::expect(fault.empty(), fault);
   Ledger::expect(desktop_.files.written == 0, "a start leaves the file alone");
   ledger_.open();
   long events = 0;
   for (; events < most && !desktop_.ended(); ++events) {
     yields_ = 0;
-    desktop_.journal.lines.clear();
-    ledger_.begin();
+    begin();
     event();
     desktop_.DoEvents();
     // Whoever ends the program, it saves on the way.
     if (desktop_.ended()) ledger_.saves_since_the_event_began();
-    ledger_.check();
+    check();
   }
   end();
   return events;
 }
 
+void User::begin() {
+  desktop_.journal.lines.clear();
+  ledger_.begin();
+  witness_.begin();
+}
+
+void User::check() {
+  const std::string fault = witness_.fault(ledger_.actions());
+  Ledger::expect(fault.empty(), fault);
+  ledger_.check();
+}
+
 void User::end() {
   note("end");
   desktop_.journal.faults.clear();
-  ledger_.begin();
+  begin();
   if (!desktop_.ended()) {
     const int written = desktop_.files.written;
     programme_.quit();
     Ledger::expect(desktop_.files.written > written, "the end saves");
   }
-  ledger_.check();
+  check();
   const Mod_dessin::Table last = programme_.table();
   desktop_.journal.lines.clear();
   desktop_.draw(programme_.sk(), drawn_.front());
@@ -189,12 +205,14 @@ void User::stroke() {
   if (!chances_.once_in(6)) desktop_.ticks = desktop_.later(chances_.between(0, 3000));
   desktop_.cursor = {chances_.between(0, 1500), chances_.between(0, 900)};
   desktop_.hook.state.stroke = std::move(stroke);
+  witness_.stroke();
   desktop_.report(programme_.sk(), hook_key_down, key_stroke);
 }
 
 void User::key() {
   const int code = chances_.one_of({key_shift, key_control, key_control, key_stroke, 27, 65});
   note("key " + std::to_string(code));
+  if (code == key_stroke) witness_.stroke();
   desktop_.report(programme_.sk(), chances_.one_of({hook_key_down, hook_key_up}), code);
 }
 

@@ -10,6 +10,7 @@
 #include "app/programme.h"
 #include "fuzz/chances.h"
 #include "fuzz/ledger.h"
+#include "fuzz/witness.h"
 #include "simulation/desktop_in_memory.h"
 
 class User : private platform::Dialogs {
@@ -50,6 +51,8 @@ class User : private platform::Dialogs {
   std::string some_action();
   std::string chosen() const;
   void binds(const std::string& action) { ledger_.binds(chosen(), action); }
+  void begin();
+  void check();
   void note(const std::string& what) const;
 
   // Runs a copy of a handler, which may take away the form that holds it.
@@ -70,6 +73,7 @@ class User : private platform::Dialogs {
   platform::Services services_;
   Programme programme_;
   Ledger ledger_;
+  Witness witness_;
   std::vector<std::vector<point_hook>> drawn_;
   int depth_ = 0;   // of events within events
   int boxes_ = 0;   // that wait for an answer
