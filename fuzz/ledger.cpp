@@ -80,10 +80,13 @@ void Ledger::expect(bool kept, const std::string& promise) {
 }
 
 void Ledger::open() {
+  if (desktop_.ended()) return;  // in the middle of its start
   for (const Patron& patron : programme_.table().patrons) {
     if (live(patron)) patrons_[patron.Nom] = patron;
   }
   rows_.miniatures();
+  const bool readable = desktop_.files.files.contains(profile_name) && !desktop_.files.unreadable;
+  if (readable) check_file();
 }
 
 void Ledger::begin() {
@@ -141,9 +144,16 @@ void Ledger::binds(const std::string& name, const std::string& action) {
 }
 
 void Ledger::changed_by_hand(const std::string& bytes) {
-  std::erase(by_hand_, desktop_.files.files[profile_name]);
-  by_hand_.push_back(bytes);
+  removed_by_hand();
+  keeps(bytes);
   desktop_.files.files[profile_name] = bytes;
+}
+
+void Ledger::removed_by_hand() {
+  const auto file = desktop_.files.files.find(profile_name);
+  if (file == desktop_.files.files.end()) return;
+  std::erase(by_hand_, file->second);
+  desktop_.files.files.erase(file);
 }
 
 // The list is newer than the table, as far as its rows name patrons.
@@ -183,8 +193,9 @@ void Ledger::check_hands() const {
 
 void Ledger::check_saved() const {
   // A hand may have come behind the save, within the same event.
-  const std::string& file = desktop_.files.files.at(profile_name);
-  if (std::find(by_hand_.begin(), by_hand_.end(), file) == by_hand_.end()) check_file();
+  const auto file = desktop_.files.files.find(profile_name);
+  if (file == desktop_.files.files.end()) return;
+  if (std::find(by_hand_.begin(), by_hand_.end(), file->second) == by_hand_.end()) check_file();
 }
 
 // Gives whether there are other patrons or other drawings than before the event.

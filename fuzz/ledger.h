@@ -43,8 +43,11 @@ class Ledger {
   // Something has been asked for that ends with a save.
   void saves() { saves_due_ = saves_tried() + 1; }
   void saves_since_the_event_began() { saves_due_ = saves_before_ + 1; }
-  // A hand has put something else in the place of the file.
+  // A hand has put something else in the place of the file, or taken the file away.
   void changed_by_hand(const std::string& bytes);
+  void removed_by_hand();
+  // These bytes, which stand in the file, are not what the program would write: they must not get lost.
+  void keeps(const std::string& bytes) { by_hand_.push_back(bytes); }
 
   // What was bound to any patron since the event began.
   const std::set<std::string>& actions() const { return actions_; }

@@ -32,7 +32,19 @@ std::vector<point_hook> some_stroke(Chances& chances) {
 
 }  // namespace
 
-User::User(std::uint64_t seed)
+User::User(std::uint64_t seed) : User(seed, {}) {
+  const Profile profile = some_profile(chances_);
+  if (!profile.text.empty()) desktop_.files.files[profile_name] = profile.text;
+  if (profile.odd) ledger_.keeps(profile.text);
+  if (chances_.once_in(40)) desktop_.journal.faults["load"] = 1;
+  if (chances_.once_in(60)) desktop_.journal.faults["window"] = 1;
+  if (chances_.once_in(40)) {
+    desktop_.files.unreadable = true;
+    if (!profile.text.empty()) ledger_.keeps(profile.text);
+  }
+}
+
+User::User(std::uint64_t seed, Files files)
     : chances_(seed),
       services_{desktop_.services.clock,
                 desktop_.services.events,
@@ -47,25 +59,11 @@ User::User(std::uint64_t seed)
       programme_(services_),
       ledger_(desktop_, programme_),
       witness_(desktop_) {
-  const std::string profile = first_profile(chances_);
-  if (!profile.empty()) desktop_.files.files[profile_name] = profile;
+  desktop_.files.files = std::move(files);
   desktop_.tray = !chances_.once_in(4);
   if (chances_.once_in(6)) desktop_.journal.faults["font"] = chances_.between(1, 3);
   desktop_.others = {{9001, 0, 0, 0, 800, 600}, {9002, 9001, 100, 100, 200, 200}, {9003, 0, 900, 0, 500, 900}};
   for (int n = 0; n < 6; ++n) drawn_.push_back(some_stroke(chances_));
-}
-
-std::string User::first_profile(Chances& chances) {
-  const int patrons = chances.once_in(20) ? chances.between(97, 100) : chances.one_of({0, 0, 1, 3, 5, 7, 13, 14});
-  std::string text;
-  for (int n = 1; n <= patrons; ++n) {
-    text +=
-        "[P" + std::to_string(n) + "]\r\nInd=2\r\nX=.0.64\r\nY=." + std::to_string(n % 64) + ".1\r\nActionassoci\xE9=" +
-        chances.one_of({"", "T:Bonjour", "P:/usr/bin/xterm", "C:Copier", "C:Bureau", "C:Stroke-Mind", "x"}) + "\r\n";
-  }
-  if (chances.once_in(3)) text += "; a note\r\n";
-  if (chances.once_in(2)) text += "[Pos]\r\nX=3450\r\nY=1200,5\r\n";
-  return text;
 }
 
 void User::note(const std::string& what) const {
@@ -363,7 +361,7 @@ std::string User::chosen() const {
 
 // What goes on around the program.
 void User::world() {
-  switch (chances_.below(8)) {
+  switch (chances_.below(12)) {
     case 0:
       note("the disk refuses");
       desktop_.journal.faults["replace"] = chances_.between(1, 2);
@@ -375,20 +373,46 @@ void User::world() {
       desktop_.journal.faults["font"] = chances_.between(0, 1);
       break;
     case 3:
-      note("a hand");
-      ledger_.changed_by_hand("[HAND" + std::to_string(chances_.below(1000)) + "]\r\n");
-      break;
     case 4:
-      desktop_.keyboard[chances_.one_of({0x90U, 0x14U, 0x91U})] ^= 1U;
+      hand();
       break;
     case 5:
+      desktop_.keyboard[chances_.one_of({0x90U, 0x14U, 0x91U})] ^= 1U;
+      break;
+    case 6:
       if (chances_.once_in(40)) {
         note("quit from outside");
         programme_.quit();
       }
       break;
+    case 7:
+    case 8: {
+      const char* const service =
+          chances_.one_of({"SetForegroundWindow", "AnimateWindow", "SetWindowPos", "PostMessageA", "ShowWindow",
+                           "ShellExecuteA", "Shell_NotifyIconA", "shell object"});
+      note(std::string("fails: ") + service);
+      desktop_.journal.faults[service] = chances_.between(1, 3);
+      break;
+    }
+    case 9:
+      if (!chances_.once_in(4)) break;
+      note("the file cannot be read");
+      desktop_.files.unreadable = true;
+      break;
     default:
       break;
+  }
+}
+
+// Another program, or the user with an editor.
+void User::hand() {
+  const std::string mark = "[HAND" + std::to_string(chances_.below(1'000'000)) + "]\r\n";
+  if (chances_.once_in(4)) {
+    note("a hand removes the file");
+    ledger_.removed_by_hand();
+  } else {
+    note("a hand");
+    ledger_.changed_by_hand(chances_.once_in(2) ? mark : some_profile(chances_).text + mark);
   }
 }
 
