@@ -55,7 +55,7 @@ std::string ShownRows::fault() {
   if (sk.LV.View != view_) return "the list shows the view that was chosen";
   if (sk.LV.Count() != static_cast<int>(rows_.size())) return "the list has a row for each patron that it shows";
   for (int number = 1; number <= sk.LV.Count(); ++number) {
-    if (const std::string fault = fault_of_row(number); !fault.empty()) return fault;
+    if (std::string fault = fault_of_row(number); !fault.empty()) return fault;
   }
   if (rows_.empty()) return {};
   if (sk.LV.Icons != (drawn_ ? &sk.ImLst_Vig : &sk.ImageList132)) return "the images are those of the view";

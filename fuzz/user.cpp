@@ -75,6 +75,7 @@ long User::live(long most) {
   begin();
   programme_.start();
   desktop_.DoEvents();
+  started_ = true;
   // No patron has been read while a box can be open.
   const std::string fault = witness_.fault({});
   Ledger::expect(fault.empty(), fault);
@@ -184,7 +185,7 @@ void User::event_behind_box() {
       icon();
       break;
     case 4:
-      if (chances_.once_in(20)) {
+      if (chances_.once_in(started_ ? 20 : 2)) {
         note("quit from outside");
         programme_.quit();
       }

@@ -81,6 +81,7 @@ class User : private platform::Dialogs {
   Ledger ledger_;
   Witness witness_;
   std::vector<std::vector<point_hook>> drawn_;
+  bool started_ = false;
   int depth_ = 0;   // of events within events
   int boxes_ = 0;   // that wait for an answer
   int yields_ = 0;  // since the last event of the user's own
