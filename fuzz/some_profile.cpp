@@ -13,7 +13,7 @@ Profile some_profile(Chances& chances) {
     // One thing wrong at a time: two might be right together.
     switch (chances.below(120)) {
       case 0:
-        values[0] = chances.one_of({"A B", "pos"});
+        values[0] = chances.one_of({"A - B", "-", "pos"});
         profile.odd = true;
         break;
       case 1:
@@ -22,7 +22,7 @@ Profile some_profile(Chances& chances) {
         doubled = true;
         break;
       case 2:
-        values[1] = chances.one_of({"3", "1", "-1", "x", "", "99999"});
+        values[1] = chances.one_of({"3", "1", "-1", "02", "x", "", "99999"});
         profile.odd = true;
         break;
       case 3:
