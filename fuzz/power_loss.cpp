@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "desktop/profile.h"
+#include "fuzz/last_words.h"
 #include "simulation/disk_in_memory.h"
 
 namespace {
@@ -142,6 +143,7 @@ int main(int count, char** arguments) {
   const unsigned long first = number(2, 1);
   long losses = 0;
   for (unsigned long seed = first; seed < first + seeds; ++seed) {
+    set_last_words("again: power_loss 1 " + std::to_string(seed));
     Life life(static_cast<unsigned int>(seed));
     for (int turn = 0; turn < turns; ++turn) {
       life.turn();
@@ -151,6 +153,7 @@ int main(int count, char** arguments) {
     }
     losses += life.losses;
   }
+  set_last_words("");
   std::printf("power losses: %ld with %lu seeds, nothing lost\n", losses, seeds);
   return 0;
 }

@@ -32,7 +32,19 @@ std::vector<point_hook> some_stroke(Chances& chances) {
 
 }  // namespace
 
-User::User(std::uint64_t seed)
+User::User(std::uint64_t seed) : User(seed, {}) {
+  const Profile profile = some_profile(chances_);
+  if (!profile.text.empty()) desktop_.files.files[profile_name] = profile.text;
+  if (profile.odd) ledger_.keeps(profile.text);
+  if (chances_.once_in(40)) desktop_.journal.faults["load"] = 1;
+  if (chances_.once_in(60)) desktop_.journal.faults["window"] = 1;
+  if (chances_.once_in(40)) {
+    desktop_.files.unreadable = true;
+    if (!profile.text.empty()) ledger_.keeps(profile.text);
+  }
+}
+
+User::User(std::uint64_t seed, Files files)
     : chances_(seed),
       services_{desktop_.services.clock,
                 desktop_.services.events,
@@ -45,26 +57,13 @@ User::User(std::uint64_t seed)
                 desktop_.services.hooks,
                 desktop_.services.program},
       programme_(services_),
-      ledger_(desktop_, programme_) {
-  const std::string profile = first_profile(chances_);
-  if (!profile.empty()) desktop_.files.files[profile_name] = profile;
+      ledger_(desktop_, programme_),
+      witness_(desktop_) {
+  desktop_.files.files = std::move(files);
   desktop_.tray = !chances_.once_in(4);
   if (chances_.once_in(6)) desktop_.journal.faults["font"] = chances_.between(1, 3);
   desktop_.others = {{9001, 0, 0, 0, 800, 600}, {9002, 9001, 100, 100, 200, 200}, {9003, 0, 900, 0, 500, 900}};
   for (int n = 0; n < 6; ++n) drawn_.push_back(some_stroke(chances_));
-}
-
-std::string User::first_profile(Chances& chances) {
-  const int patrons = chances.once_in(20) ? chances.between(97, 100) : chances.one_of({0, 0, 1, 3, 5, 7, 13, 14});
-  std::string text;
-  for (int n = 1; n <= patrons; ++n) {
-    text +=
-        "[P" + std::to_string(n) + "]\r\nInd=2\r\nX=.0.64\r\nY=." + std::to_string(n % 64) + ".1\r\nActionassoci\xE9=" +
-        chances.one_of({"", "T:Bonjour", "P:/usr/bin/xterm", "C:Copier", "C:Bureau", "C:Stroke-Mind", "x"}) + "\r\n";
-  }
-  if (chances.once_in(3)) text += "; a note\r\n";
-  if (chances.once_in(2)) text += "[Pos]\r\nX=3450\r\nY=1200,5\r\n";
-  return text;
 }
 
 void User::note(const std::string& what) const {
@@ -73,28 +72,51 @@ void User::note(const std::string& what) const {
 
 long User::live(long most) {
   desktop_.during_yield = [this] { yielded(); };
+  begin();
   programme_.start();
   desktop_.DoEvents();
+  started_ = true;
+  // No patron has been read while a box can be open.
+  const std::string fault = witness_.fault({});
+  Ledger::expect(fault.empty(), fault);
+  Ledger::expect(desktop_.files.written == 0, "a start leaves the file alone");
   ledger_.open();
   long events = 0;
   for (; events < most && !desktop_.ended(); ++events) {
     yields_ = 0;
-    desktop_.journal.lines.clear();
-    const int written = desktop_.files.written;
+    begin();
     event();
     desktop_.DoEvents();
-    ledger_.check(desktop_.files.written != written);
+    // Whoever ends the program, it saves on the way.
+    if (desktop_.ended()) ledger_.saves_since_the_event_began();
+    check();
   }
   end();
   return events;
 }
 
+void User::begin() {
+  desktop_.journal.lines.clear();
+  ledger_.begin();
+  witness_.begin();
+}
+
+void User::check() {
+  const std::string fault = witness_.fault(ledger_.actions());
+  Ledger::expect(fault.empty(), fault);
+  ledger_.check();
+}
+
 void User::end() {
   note("end");
   desktop_.journal.faults.clear();
-  const int written = desktop_.files.written;
-  if (!desktop_.ended()) programme_.quit();
-  ledger_.check(desktop_.files.written != written);
+  begin();
+  if (!desktop_.ended()) {
+    const int written = desktop_.files.written;
+    programme_.quit();
+    Ledger::expect(desktop_.files.written > written, "the end saves");
+  }
+  check();
   const Mod_dessin::Table last = programme_.table();
   desktop_.journal.lines.clear();
   desktop_.draw(programme_.sk(), drawn_.front());
@@ -163,7 +185,7 @@ void User::event_behind_box() {
       icon();
       break;
     case 4:
-      if (chances_.once_in(20)) {
+      if (chances_.once_in(started_ ? 20 : 2)) {
         note("quit from outside");
         programme_.quit();
       }
@@ -182,12 +204,14 @@ void User::stroke() {
   if (!chances_.once_in(6)) desktop_.ticks = desktop_.later(chances_.between(0, 3000));
   desktop_.cursor = {chances_.between(0, 1500), chances_.between(0, 900)};
   desktop_.hook.state.stroke = std::move(stroke);
+  witness_.stroke();
   desktop_.report(programme_.sk(), hook_key_down, key_stroke);
 }
 
 void User::key() {
   const int code = chances_.one_of({key_shift, key_control, key_control, key_stroke, 27, 65});
   note("key " + std::to_string(code));
+  if (code == key_stroke) witness_.stroke();
   desktop_.report(programme_.sk(), chances_.one_of({hook_key_down, hook_key_up}), code);
 }
 
@@ -269,11 +293,17 @@ void User::on_control(platform::Control& control) {
   event.Button = chances_.once_in(5) ? 2 : 1;
   fire(down, event);
   if (gone()) return;
-  if (editor && control.Name == "lblComC") may_bind("C:" + static_cast<platform::Label&>(control).Caption.get());
+  if (editor && control.Name == "lblComC") binds("C:" + static_cast<platform::Label&>(control).Caption.get());
   fire(up, event);
   if (gone() || event.Button != 1) return;
+  const int view = control.Name == "Bouton" && !editor && control.Index < 4 ? control.Index : -1;
+  const bool deletes = control.Name == "lblCom" && !editor && control.Index == 0;
   fire(click);
-  if (!gone() && chances_.once_in(4)) fire(twice);
+  if (view >= 0) ledger_.views(view);
+  if (deletes) ledger_.miniatures();
+  if (gone() || !chances_.once_in(4)) return;
+  if (control.Name == "lblpatron" && &control.form() == &sk) ledger_.saves();
+  fire(twice);
 }
 
 void User::on_editor() {
@@ -294,8 +324,8 @@ void User::on_editor() {
 void User::type_into(platform::TextBox& box, const std::string& prefix) {
   if (!chances_.once_in(4)) box.Text = some_action();
   note("type " + prefix + box.Text.get().substr(0, 60));
-  may_bind(prefix + box.Text.get());
   int code = chances_.one_of({13, 13, 13, 27, 65});
+  if (code == 13) binds(prefix + box.Text.get());
   fire(box.KeyPress, code);
 }
 
@@ -332,7 +362,7 @@ std::string User::chosen() const {
 
 // What goes on around the program.
 void User::world() {
-  switch (chances_.below(8)) {
+  switch (chances_.below(12)) {
     case 0:
       note("the disk refuses");
       desktop_.journal.faults["replace"] = chances_.between(1, 2);
@@ -344,20 +374,46 @@ void User::world() {
       desktop_.journal.faults["font"] = chances_.between(0, 1);
       break;
     case 3:
-      note("a hand");
-      ledger_.changed_by_hand("[HAND" + std::to_string(chances_.below(1000)) + "]\r\n");
-      break;
     case 4:
-      desktop_.keyboard[chances_.one_of({0x90U, 0x14U, 0x91U})] ^= 1U;
+      hand();
       break;
     case 5:
+      desktop_.keyboard[chances_.one_of({0x90U, 0x14U, 0x91U})] ^= 1U;
+      break;
+    case 6:
       if (chances_.once_in(40)) {
         note("quit from outside");
         programme_.quit();
       }
       break;
+    case 7:
+    case 8: {
+      const char* const service =
+          chances_.one_of({"SetForegroundWindow", "AnimateWindow", "SetWindowPos", "PostMessageA", "ShowWindow",
+                           "ShellExecuteA", "Shell_NotifyIconA", "shell object"});
+      note(std::string("fails: ") + service);
+      desktop_.journal.faults[service] = chances_.between(1, 3);
+      break;
+    }
+    case 9:
+      if (!chances_.once_in(4)) break;
+      note("the file cannot be read");
+      desktop_.files.unreadable = true;
+      break;
     default:
       break;
+  }
+}
+
+// Another program, or the user with an editor.
+void User::hand() {
+  const std::string mark = "[HAND" + std::to_string(chances_.below(1'000'000)) + "]\r\n";
+  if (chances_.once_in(4)) {
+    note("a hand removes the file");
+    ledger_.removed_by_hand();
+  } else {
+    note("a hand");
+    ledger_.changed_by_hand(chances_.once_in(2) ? mark : some_profile(chances_).text + mark);
   }
 }
 

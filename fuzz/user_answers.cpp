@@ -13,10 +13,13 @@ int User::MsgBox(std::string_view text, int style, std::string_view /*title*/) {
     return std::string(text.substr(before.size(), text.size() - before.size() - behind.size()));
   };
   if (agreed) {
-    ledger_.may_delete(name_in("Voulez-vous supprimer le Patron: ", ""));
-    ledger_.may_redraw(name_in("Le patron ", " existe déjà. Voulez-vous le remplacer ?"));
+    const std::string deleted = name_in("Voulez-vous supprimer le Patron: ", "");
+    const std::string redrawn = name_in("Le patron ", " existe déjà. Voulez-vous le remplacer ?");
     const std::string cleared = name_in("Etes-vous sûr de vouloir supprimer l'Action du patron: ", "");
-    ledger_.may_bind(cleared, "");
+    if (!deleted.empty()) ledger_.deletes(deleted);
+    if (!redrawn.empty()) ledger_.redraws(redrawn);
+    // Behind the box another row may have been chosen: then nothing is cleared.
+    if (!cleared.empty() && cleared == chosen()) ledger_.binds(cleared, "");
   }
   if (kind == platform::vbYesNo) return agreed ? platform::vbYes : platform::vbNo;
   if (kind == platform::vbOKCancel) return agreed ? platform::vbOK : platform::vbCancel;
@@ -29,7 +32,7 @@ std::string User::InputBox(std::string_view /*prompt*/, std::string_view /*title
   --boxes_;
   std::string name = desktop_.ended() ? std::string() : some_name();
   note("name: " + name.substr(0, 60));
-  if (!name.empty()) ledger_.may_add();
+  if (!name.empty()) ledger_.names(name);
   return name;
 }
 
@@ -37,7 +40,9 @@ void User::ShowColor(platform::ColourDialog& dialog) {
   ++boxes_;
   event_behind_box();
   --boxes_;
-  if (desktop_.ended() || chances_.once_in(3)) return;
+  if (desktop_.ended()) return;
+  ledger_.miniatures();
+  if (chances_.once_in(3)) return;
   dialog.Color = chances_.one_of({0, 0xFF, 0xFFFFFF, 0x7F7F7F, 0x010203, 0xFF0000});
 }
 

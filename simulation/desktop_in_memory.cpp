@@ -200,13 +200,13 @@ bool DesktopInMemory::on_screen(const platform::Form& form) const {
 
 bool DesktopInMemory::SetForegroundWindow(platform::Handle window) {
   journal.write("SetForegroundWindow ", window);
-  return true;
+  return !journal.fails("SetForegroundWindow");
 }
 
 bool DesktopInMemory::AnimateWindow(platform::Handle window, int milliseconds, std::uint32_t flags) {
   journal.write("AnimateWindow ", window, " ", milliseconds, " ", std::hex, flags);
   const auto found = hosts_.find(window);
-  if (found == hosts_.end()) return false;
+  if (found == hosts_.end() || journal.fails("AnimateWindow")) return false;
   found->second->shown = (flags & platform::AW_HIDE) == 0;
   ticks = later(milliseconds);
   return true;
@@ -215,13 +215,13 @@ bool DesktopInMemory::AnimateWindow(platform::Handle window, int milliseconds, s
 bool DesktopInMemory::SetWindowPos(platform::Handle window, std::int32_t place, int x, int y, int width, int height,
                                    std::uint32_t flags) {
   journal.write("SetWindowPos ", window, " ", place, " ", x, " ", y, " ", width, " ", height, " ", std::hex, flags);
-  return true;
+  return !journal.fails("SetWindowPos");
 }
 
 bool DesktopInMemory::PostMessageA(platform::Handle window, std::uint32_t message, std::int32_t wParam,
                                    std::int32_t lParam) {
   journal.write("PostMessageA ", window, " ", message, " ", wParam, " ", lParam);
-  return true;
+  return !journal.fails("PostMessageA");
 }
 
 void DesktopInMemory::ReleaseCapture() {
@@ -263,7 +263,7 @@ int DesktopInMemory::GetWindowPlacement(platform::Handle window) {
 bool DesktopInMemory::ShowWindow(platform::Handle window, int state) {
   journal.write("ShowWindow ", window, " ", state);
   const auto found = std::find_if(others.begin(), others.end(), [&](const auto& w) { return w.handle == window; });
-  if (found == others.end()) return false;
+  if (found == others.end() || journal.fails("ShowWindow")) return false;
   found->state = state;
   return true;
 }
@@ -285,17 +285,20 @@ void DesktopInMemory::SetKeyboardState(const platform::KeyboardState& state) {
 int DesktopInMemory::ShellExecuteA(platform::Handle owner, std::string_view verb, std::string_view file,
                                    std::string_view parameters, std::string_view directory, int show) {
   journal.write("ShellExecuteA ", owner, " ", verb, " [", file, "] [", parameters, "] [", directory, "] ", show);
-  return 42;
+  constexpr int file_not_found = 2;
+  constexpr int success = 42;
+  return journal.fails("ShellExecuteA") ? file_not_found : success;
 }
 
 std::unique_ptr<platform::ShellObject> DesktopInMemory::create_object() {
+  if (journal.fails("shell object")) return nullptr;
   return std::make_unique<ShellObject>(journal);
 }
 
 bool DesktopInMemory::Shell_NotifyIconA(std::uint32_t message, const platform::NOTIFYICONDATA& record) {
   journal.write("Shell_NotifyIconA ", message, " icon ", record.hIcon);
   icon_records.push_back(record);
-  return true;
+  return !journal.fails("Shell_NotifyIconA");
 }
 
 int DesktopInMemory::MsgBox(std::string_view text, int style, std::string_view title) {

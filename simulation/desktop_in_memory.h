@@ -1,7 +1,9 @@
 // A desktop in memory: every service of the platform, a clock that tests move, a journal of what was asked, faults on
 // demand, and dialogs that answer from a script.
 //
-// Faults (journal.faults): "load" of the hook library, "window", "font", "replace", "set_aside".
+// Faults (journal.faults): "load" of the hook library, "window", "font", "replace", "set_aside", "shell object"; and by
+// their own names "SetForegroundWindow", "AnimateWindow", "SetWindowPos", "PostMessageA", "ShowWindow",
+// "ShellExecuteA", "Shell_NotifyIconA".
 #pragma once
 
 #include <cstdint>

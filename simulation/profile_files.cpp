@@ -12,16 +12,17 @@ platform::ReadOutcome ProfileFiles::read(std::string_view file, std::string& byt
 
 bool ProfileFiles::replace(std::string_view file, std::string_view bytes) {
   journal_.write("replace ", file);
-  if (journal_.fails("replace")) return false;
+  if (journal_.fails("replace")) return refuse();
   files[std::string(file)] = bytes;
   unreadable = false;
   ++written;
+  stale = false;
   return true;
 }
 
 bool ProfileFiles::set_aside(std::string_view file) {
   journal_.write("set_aside ", file);
-  if (journal_.fails("set_aside")) return false;
+  if (journal_.fails("set_aside")) return refuse();
   const auto found = files.find(file);
   if (found == files.end()) return true;
   for (int n = 1;; ++n) {
@@ -30,6 +31,12 @@ bool ProfileFiles::set_aside(std::string_view file) {
     const auto [kept, made] = files.try_emplace(copy, found->second);
     if (made || kept->second == found->second) return true;
   }
+}
+
+bool ProfileFiles::refuse() {
+  ++refused;
+  stale = true;
+  return false;
 }
 
 }  // namespace simulation

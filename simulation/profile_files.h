@@ -23,8 +23,12 @@ class ProfileFiles : public platform::FileStore {
   std::map<std::string, std::string, std::less<>> files;  // by name, bytes of code page 1252
   bool unreadable = false;                                // what stands there cannot be read
   int written = 0;                                        // replacements that did not fail
+  int refused = 0;                                        // saves that did
+  bool stale = false;                                     // the last save failed
 
  private:
+  bool refuse();
+
   Journal& journal_;
 };
 
