@@ -136,7 +136,7 @@ std::optional<std::string> ProfileFolder::resolved(std::string path) const {
   constexpr int most_links = 40;
   for (int n = 0; n < most_links; ++n) {
     std::string link;
-    if (steadily([&] { return files_.readlink(path, link); }) != 0) {
+    if (files_.readlink(path, link) != 0) {
       if (errno == EINVAL || errno == ENOENT || errno == ENOTDIR) return path;
       return std::nullopt;
     }

@@ -117,11 +117,10 @@ bool SystemFiles::alive(std::int64_t process) {
 }
 
 std::uint32_t SystemFiles::random() {
-  // Early in the life of a machine there may be no chance yet; then the clock has to do.
-  auto number = static_cast<std::uint32_t>(std::chrono::steady_clock::now().time_since_epoch().count());
-  std::uint32_t drawn = 0;
-  if (::getrandom(&drawn, sizeof drawn, GRND_NONBLOCK) == sizeof drawn) number ^= drawn;
-  return number;
+  const auto now = static_cast<std::uint32_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+  std::uint32_t drawn = 0;  // stays so early in the life of a machine, when there is no chance yet
+  [[maybe_unused]] const ssize_t size = ::getrandom(&drawn, sizeof drawn, GRND_NONBLOCK);
+  return now ^ drawn;
 }
 
 }  // namespace desktop

@@ -231,14 +231,18 @@ TEST(Faults, WhatStandsInTheWay) {
   }
 }
 
-// A temporary file that cannot even be removed goes with the next save.
+// A temporary file that cannot even be removed goes with a later save, unless somebody else has removed it.
 TEST(Faults, WhatCouldNotBeRemovedIsRemovedLater) {
   struct Stuck : Unsynced {
-    bool stuck = true;
+    bool renames = false, unlinks = false;
     int rename(const std::string& from, const std::string& to) override {
-      return stuck ? -1 : SystemFiles::rename(from, to);
+      return renames ? SystemFiles::rename(from, to) : -1;
     }
-    int unlink(const std::string& path) override { return stuck ? -1 : SystemFiles::unlink(path); }
+    int unlink(const std::string& path) override {
+      if (unlinks) return SystemFiles::unlink(path);
+      errno = EROFS;
+      return -1;
+    }
   };
   Folder root;
   Stuck system;
@@ -246,8 +250,13 @@ TEST(Faults, WhatCouldNotBeRemovedIsRemovedLater) {
   Store store(profile);
   store.fill(1, 2);
   EXPECT_FALSE(store.save(""));
+  EXPECT_FALSE(store.save(""));
+  EXPECT_EQ(files_of(root.path, ".").size(), 2U);
+  fs::remove(*fs::directory_iterator(root.path));
+  system.renames = true;
+  EXPECT_TRUE(store.save(""));
   EXPECT_EQ(files_of(root.path, ".").size(), 1U);
-  system.stuck = false;
+  system.unlinks = true;
   EXPECT_TRUE(store.save(""));
   EXPECT_THAT(files_of(root.path, "."), IsEmpty());
 }
