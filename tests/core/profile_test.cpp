@@ -48,6 +48,21 @@ TEST(Profile, FillsTheTableAndTheList) {
   EXPECT_EQ(list.row(3).SubItems(2).get(), "P:/usr/bin/xterm");
 }
 
+TEST(Profile, SplitsAtTheMarkAndAtBlanks) {
+  simulation::Journal journal;
+  simulation::ProfileFiles files(journal);
+  platform::ProfileService service(files);
+  Mod_ini ini(service, "Strokemind.AI");
+  SK sk;
+  Mod_dessin::Table table;
+  Mod_dessin::Profil profil(ini, sk, table);
+  EXPECT_EQ(profil.decouper("un.deux trois", '.', 0), 3);
+  EXPECT_EQ(profil.decouper(".un.deux.", '.', 1), 2);
+  EXPECT_EQ(profil.decouper("É.un", '.', 1), 2) << "a character goes whole, and what is empty counts";
+  EXPECT_EQ(profil.decouper("un", '.', 3), 0);
+  EXPECT_EQ(profil.decouper("", '.', 0), 0);
+}
+
 // Files that are not quite what the program writes: what is taken of them, and that nothing is lost.
 TEST(Profile, TakesWhatItCanAndKeepsTheRest) {
   struct Case {
