@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Counts the system calls of the program and of its guard over ten seconds in which nobody does anything and the window is
-# not on the screen. Needs strace, Xvfb, openbox and xdotool. usage: bench/idle.sh [BUILD-FOLDER]
+# Counts the system calls of the program and of its guard over some seconds, 60 if not told, in which nobody does anything
+# and the window is not on the screen. Needs strace, Xvfb, openbox and xdotool. usage: bench/idle.sh [BUILD-FOLDER [SECONDS]]
 set -euo pipefail
 build=$(readlink -f "${1:-build}")
+seconds=${2:-60}
 folder=$(mktemp -d)
 children=()
 finish() {
@@ -29,10 +30,12 @@ sleep 2
 guard=$(pgrep -n strokemind-guar)
 
 for pid in "$program" "$guard"; do
-  timeout 10 strace -f -q -e 'trace=!restart_syscall' -p "$pid" -o "$folder/$pid" 2>/dev/null &
+  timeout "$seconds" strace -f -q -e 'trace=!restart_syscall' -p "$pid" -o "$folder/$pid" 2>/dev/null &
 done
-sleep 11
-printf 'program: %d system calls in 10 s, %d kB resident\n' "$(wc -l <"$folder/$program")" \
+sleep $((seconds + 1))
+# The call in which a thread has slept all the time is told when it is let go.
+calls() { grep -vc '<detached' "$folder/$1" || true; }
+printf 'program: %d system calls in %d s, %d kB resident\n' "$(calls "$program")" "$seconds" \
   "$(awk '/VmRSS/ {print $2}' "/proc/$program/status")"
-printf 'guard: %d system calls in 10 s, %d kB resident\n' "$(wc -l <"$folder/$guard")" \
+printf 'guard: %d system calls in %d s, %d kB resident\n' "$(calls "$guard")" "$seconds" \
   "$(awk '/VmRSS/ {print $2}' "/proc/$guard/status")"
