@@ -13,6 +13,8 @@ namespace {
 constexpr double trail_begin = 4.0;
 // A switch that bounces does so where it is; a press farther away is another one. Pixels at 96 dpi.
 constexpr double bounce_radius = 8.0;
+// A switch has come to rest this long after the press. What goes on like that is a program that clicks without a pause.
+constexpr std::uint32_t settle_ms = 100;
 
 double distance(const Sample& a, const Sample& b) {
   return std::hypot(a.x - b.x, a.y - b.y);
@@ -81,7 +83,8 @@ void DrawnPath::follow(const Sample& sample, Recording::Kind kind) {
   lift_ = sample;
   // A click is handed on at once, bounces and all, as it would be without us. No hand is so fast as a switch that
   // bounces.
-  ended_ = lifted_ && is_click(recorder_.samples(), density_) && sample.time_ms - down_ms_ > bounce_ms;
+  const bool bouncing = sample.time_ms - down_ms_ <= bounce_ms && sample.time_ms - press_.time_ms <= settle_ms;
+  ended_ = lifted_ && !bouncing && is_click(recorder_.samples(), density_);
 }
 
 void DrawnPath::follow_lifted(const Sample& sample, Recording::Kind kind) {

@@ -138,6 +138,17 @@ TEST(DrawnPath, ClickEndsAtOnceUnlessNoHandIsThatFast) {
   }
 }
 
+TEST(DrawnPath, ClicksWithoutAPauseAreNotWithheldForLong) {
+  DrawnPath path;
+  path.begin({100, 300, 900}, 1);
+  std::uint32_t ms = 900;
+  for (int click = 0; click < 100 && !path.ended(); ++click) {
+    if (click > 0) path.take({100, 300, ms += 5}, Kind::press);
+    path.take({100, 300, ms += 5}, Kind::release);
+  }
+  EXPECT_EQ(ms, 1005U);
+}
+
 TEST(DrawnPath, ReleaseThatWasMadeBeforeTheRecordingEndsIt) {
   for (const std::uint32_t motion_ms : {1000U, 1001U}) {
     DrawnPath path;
