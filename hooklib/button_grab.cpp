@@ -36,7 +36,7 @@ void ButtonGrab::claim() {
     xcb_change_window_attributes(control, other_owner_, XCB_CW_EVENT_MASK, &mask);
   }
   xcb_ungrab_server(control);
-  // At once: a process that is stopped meanwhile must not leave everybody waiting.
+  // At once: as long as the server is ours, everybody waits.
   xcb_flush(control);
 }
 

@@ -19,11 +19,11 @@ namespace hooklib {
 namespace {
 
 constexpr const char* guard_name = "strokemind-guard";
-// A guard that has not come up after this many milliseconds is given up.
-constexpr int start_limit_ms = 2000;
+// A guard that has not come up after this time is given up.
+constexpr std::chrono::milliseconds start_limit(2000);
 // One that is gone is not started more often than this.
 constexpr std::chrono::steady_clock::duration restart_interval = std::chrono::seconds(1);
-// The longest pause after starts that failed. Each may keep the hook for as long as the limit.
+// The longest pause after starts that failed.
 constexpr std::chrono::steady_clock::duration longest_pause = std::chrono::minutes(1);
 
 // The guard's program, beside the library that this code is part of; empty if that cannot be told.
@@ -57,19 +57,9 @@ pid_t silent_fork() {
   _exit(1);
 }
 
-bool receive(int socket, GuardMessage& message) {
-  return recv(socket, &message, sizeof message, MSG_DONTWAIT) == static_cast<ssize_t>(sizeof message);
-}
-
 void send_message(int socket, GuardMessage message) {
   // A guard that is gone is noticed where its questions are read.
   [[maybe_unused]] const ssize_t sent = send(socket, &message, sizeof message, MSG_DONTWAIT | MSG_NOSIGNAL);
-}
-
-bool becomes_ready(int socket) {
-  pollfd wait{socket, POLLIN, 0};
-  GuardMessage message{};
-  return poll(&wait, 1, start_limit_ms) > 0 && receive(socket, message) && message.kind == GuardMessage::Kind::ready;
 }
 
 }  // namespace
@@ -87,33 +77,47 @@ void Guard::stop() {
 void Guard::start() {
   if (socket_ >= 0) return;
   wanted_ = true;
-  const std::string path = guard_path();
-  installed_ = !path.empty() && access(path.c_str(), X_OK) == 0;
-  if (installed_) launch(path.c_str());
-  pause_ = socket_ >= 0 ? restart_interval : std::clamp(2 * pause_, restart_interval, longest_pause);
-  next_try_ = std::chrono::steady_clock::now() + pause_;
+  launch();
+  if (socket_ < 0) return;
+  pollfd wait{socket_, POLLIN, 0};
+  poll(&wait, 1, static_cast<int>(start_limit.count()));
+  asked();
+  if (socket_ >= 0 && !ready_) lose();
 }
 
-void Guard::launch(const char* path) {
+void Guard::launch() {
+  ready_ = false;
+  started_ = Clock::now();
+  const std::string path = guard_path();
+  installed_ = !path.empty() && access(path.c_str(), X_OK) == 0;
   std::array<int, 2> ends{};
-  if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) return;
+  if (!installed_ || socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) return lose();
   const pid_t child = silent_fork();
-  if (child == 0) become_guard(path, ends[1]);
+  if (child == 0) become_guard(path.c_str(), ends[1]);
   close(ends[1]);
   socket_ = ends[0];
   // The copy in between is gone as soon as it has made the guard, which then belongs to nobody here.
   while (child > 0 && waitpid(child, nullptr, __WCLONE) < 0 && errno == EINTR) continue;
-  if (child < 0 || !becomes_ready(socket_)) stop();
+  if (child < 0) lose();
+}
+
+// It is gone, or has not come up.
+void Guard::lose() {
+  stop();
+  pause_ = ready_ ? restart_interval : std::clamp(2 * pause_, restart_interval, longest_pause);
+  next_try_ = (ready_ ? started_ : Clock::now()) + pause_;
 }
 
 bool Guard::revive() {
-  if (!wanted_ || socket_ >= 0 || std::chrono::steady_clock::now() < next_try_) return false;
-  start();
+  if (socket_ >= 0 && !ready_ && Clock::now() >= started_ + start_limit) lose();
+  if (!wanted_ || socket_ >= 0 || Clock::now() < next_try_) return false;
+  launch();
   return socket_ >= 0;
 }
 
 std::optional<std::chrono::steady_clock::time_point> Guard::next_try() const {
-  return wanted_ && installed_ && socket_ < 0 ? std::optional(next_try_) : std::nullopt;
+  if (socket_ >= 0) return ready_ ? std::nullopt : std::optional(started_ + start_limit);
+  return wanted_ && installed_ ? std::optional(next_try_) : std::nullopt;
 }
 
 void Guard::watch(xcb_window_t resource) {
@@ -125,8 +129,9 @@ bool Guard::asked() {
   GuardMessage message{};
   while (socket_ >= 0) {
     const ssize_t size = recv(socket_, &message, sizeof message, MSG_DONTWAIT);
-    if (size == 0) stop();
+    if (size == 0) lose();
     if (size != static_cast<ssize_t>(sizeof message)) break;
+    ready_ |= message.kind == GuardMessage::Kind::ready;
     pinged |= message.kind == GuardMessage::Kind::ping;
   }
   return pinged;

@@ -22,8 +22,9 @@ class Guard {
   // Starts the guard process, if none runs, and waits until it watches. Without its program, which lies beside this
   // library, there is no guard, and the hook works all the same.
   void start();
-  // Starts it anew if it is gone. True if one runs again: it must be told what to watch. For a guard that does not stay
-  // it tries seldom, and more and more seldom for one that does not come up.
+  // Starts it anew if it is gone, and waits for nothing: somebody may be drawing. True if one is on its way: it must be
+  // told what to watch. For a guard that does not stay it tries seldom, and more and more seldom for one that does not
+  // come up.
   bool revive();
   // When revive() is to be called; nothing if none is missing, or if there is no program to start.
   std::optional<std::chrono::steady_clock::time_point> next_try() const;
@@ -37,14 +38,19 @@ class Guard {
   int descriptor() const { return socket_; }
 
  private:
-  void launch(const char* path);
+  using Clock = std::chrono::steady_clock;
+
+  void launch();
+  void lose();
   void stop();
 
   int socket_ = -1;
   bool wanted_ = false;
   bool installed_ = false;
-  std::chrono::steady_clock::duration pause_{};
-  std::chrono::steady_clock::time_point next_try_;
+  bool ready_ = false;         // the last one started has said that it watches
+  Clock::time_point started_;  // when that was
+  Clock::duration pause_{};
+  Clock::time_point next_try_;
 };
 
 }  // namespace hooklib

@@ -147,6 +147,7 @@ class Watch {
   }
 
   void run_out() {
+    if (hook_is_stopped()) return cut();
     const Clock::time_point asked = Clock::now();
     // As long as the server does nothing for anybody this waits, too.
     std::free(xcb_get_input_focus_reply(display_, xcb_get_input_focus(display_), nullptr));

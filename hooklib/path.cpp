@@ -119,4 +119,10 @@ std::vector<TrailPoint> DrawnPath::take_undrawn() {
   return std::exchange(undrawn_, {});
 }
 
+void DrawnPath::draw_anew() {
+  undrawn_.clear();
+  if (!away_) return;
+  for (const Sample& sample : samples()) undrawn_.push_back({sample.x, sample.y});
+}
+
 }  // namespace hooklib

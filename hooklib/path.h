@@ -36,6 +36,8 @@ class DrawnPath {
   // click that trembles shows nothing.
   std::vector<TrailPoint> take_undrawn();
   bool has_undrawn() const { return !undrawn_.empty(); }
+  // The trail has been taken off: all of it is new again.
+  void draw_anew();
 
  private:
   // What the button did, as the devices tell it.

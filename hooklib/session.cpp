@@ -182,10 +182,12 @@ void Session::follow_path() {
 }
 
 void Session::heed_bounces() {
-  for (const std::uint32_t press_ms : path_.take_bounces()) {
-    gesture_.bounced(press_ms);
-    if (gesture_.drawing()) lift_end_.reset();
-  }
+  const std::vector<std::uint32_t> bounces = path_.take_bounces();
+  for (const std::uint32_t press_ms : bounces) gesture_.bounced(press_ms);
+  if (bounces.empty() || !gesture_.drawing()) return;
+  lift_end_.reset();
+  begin_trail();
+  path_.draw_anew();
 }
 
 // As often as a screen shows it, and less often where the server has trouble to keep up: it must not fall so far behind
@@ -353,6 +355,8 @@ void Session::perform(Step step) {
   if (step.lift) {
     lift_end_ = Clock::now() + std::chrono::milliseconds(bounce_ms);
     moved_ = true;
+    // Whoever lets go wants to see what is below, and not to wait for it.
+    trail_.end();
   }
   switch (step.release) {
     case Release::none:
@@ -372,13 +376,17 @@ void Session::begin_drawing() {
   next_draw_ = {};
   recording_.begin();
   select_input(true);
+  begin_trail();
+  path_.begin(press_, density_);
+  // Whatever moved before the raw events were selected lies in the recording with nothing to fetch it.
+  moved_ = true;
+}
+
+void Session::begin_trail() {
   SurroundingsQuestion question(display_);
   const Surroundings surroundings = question.answer();
   density_ = surroundings.density;
-  path_.begin(press_, density_);
   trail_.begin(surroundings, {press_.x, press_.y});
-  // Whatever moved before the raw events were selected lies in the recording with nothing to fetch it.
-  moved_ = true;
 }
 
 void Session::conclude() {
@@ -395,7 +403,6 @@ void Session::conclude() {
   if (!reported) let_go(XCB_ALLOW_REPLAY_POINTER);
 }
 
-// The trail goes after the press, not before: when it is off the screen the button is ready for the next one.
 void Session::let_go(std::uint8_t mode) {
   xcb_allow_events(display_.control.get(), mode, XCB_CURRENT_TIME);
   trail_.end();

@@ -70,6 +70,7 @@ class Session {
 
   void perform(Step step);
   void begin_drawing();
+  void begin_trail();
   void conclude();
   void let_go(std::uint8_t mode);
   void report(int direction, int key);

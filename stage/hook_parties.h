@@ -14,6 +14,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <stdexcept>
@@ -27,6 +28,9 @@
 
 namespace stage {
 
+// The environment may name another copy of the library here.
+inline constexpr const char* other_library = "STAGE_HOOK_LIBRARY";
+
 // The library, loaded as the program loads it.
 struct Library {
   Library() {
@@ -34,7 +38,8 @@ struct Library {
   }
   template <class Function>
   static Function* find(const char* name) {
-    void* const library = dlopen(HOOK_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    const char* const other = std::getenv(other_library);
+    void* const library = dlopen(other != nullptr ? other : HOOK_LIBRARY, RTLD_NOW | RTLD_LOCAL);
     void* const function = library != nullptr ? dlsym(library, name) : nullptr;
     if (function == nullptr) throw std::runtime_error(dlerror());
     return reinterpret_cast<Function*>(function);

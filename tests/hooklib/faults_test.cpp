@@ -137,6 +137,45 @@ TEST_F(HostProcess, GuardThatDiesTwiceIsReplacedWithoutAnyInput) {
   }
 }
 
+// The hook does not wait for it, and it knows what to watch when it comes.
+TEST_F(HostProcess, GuardThatIsSlowToComeUpKeepsNobodyWaiting) {
+  namespace fs = std::filesystem;
+  std::string form = testing::TempDir() + "strokemind-XXXXXX";
+  const fs::path folder = ::mkdtemp(form.data());
+  const fs::path library = folder / fs::path(HOOK_LIBRARY).filename();
+  fs::copy_file(HOOK_LIBRARY, library);
+  const fs::path guard_program = folder / "strokemind-guard";
+  // All but the first take their time.
+  std::ofstream(guard_program) << "#!/bin/sh\n[ -e $0.again ] && sleep 1.5\n: >$0.again\nexec "
+                               << (fs::path(HOOK_LIBRARY).parent_path() / "strokemind-guard").string() << "\n";
+  fs::permissions(guard_program, fs::perms::owner_all);
+  stage::Process host = start({std::string(other_library) + "=" + library.string()});
+  const auto guard = [&] { return guard_on(server.display()); };
+  const auto is_up = [&] {
+    const pid_t process = guard();
+    std::error_code gone;
+    return process != 0 &&
+           fs::read_symlink("/proc/" + std::to_string(process) + "/exe", gone).filename() == guard_program.filename();
+  };
+  const pid_t first = guard();
+  ASSERT_GT(first, 0);
+  begin_drawing();
+  kill(first, SIGKILL);
+  ASSERT_TRUE(eventually([&] { return guard() != 0 && guard() != first; }));
+  user->release(3);
+  EXPECT_EQ(host.read_line(), "0 67");
+  EXPECT_FALSE(is_up());
+  begin_drawing();
+  EXPECT_TRUE(eventually(is_up));
+  host.signal(SIGSTOP);
+  user->release(3);
+  pointer_moves();
+  host.signal(SIGCONT);
+  host.write_line("end");
+  EXPECT_TRUE(eventually([&] { return guard() == 0; }));
+  fs::remove_all(folder);
+}
+
 TEST_F(Hooked, BouncingSwitchDrawsOneStroke) {
   begin_drawing();
   user->bounce(3);

@@ -81,8 +81,10 @@ class Hooked : public Desktop {
 // The hook runs in a process of its own, that of be_host() in faults_test.cpp.
 class HostProcess : public Desktop {
  protected:
-  stage::Process start() {
-    stage::Process process({"/proc/self/exe", "host"}, {server.environment()}, true);
+  stage::Process start(const std::vector<std::string>& variables = {}) {
+    std::vector<std::string> environment = variables;
+    environment.push_back(server.environment());
+    stage::Process process({"/proc/self/exe", "host"}, environment, true);
     EXPECT_EQ(process.read_line(), "ready");
     return process;
   }

@@ -259,6 +259,7 @@ TEST_P(TrailOn, IsDrawnAndLeavesNothing) {
       EXPECT_TRUE(!cancel || eventually([&] { return screen() == before; }));
       user->release(3);
       EXPECT_TRUE(eventually([&] { return screen() == before; }));
+      pointer_moves();
     }
   }
   // A long one shows whole.
@@ -269,8 +270,12 @@ TEST_P(TrailOn, IsDrawnAndLeavesNothing) {
     return green(300, 290, 20, 120) > 0 && green(506, 290, 6, 120) > 0 && green(512, 290, 6, 120) > 0 &&
            green(600, 290, 20, 120) > 0 && green(880, 290, 10, 120) > 0;
   }));
+  // It goes when the button comes up, and comes back whole should that have been a bounce.
+  user->bounce(3);
+  EXPECT_TRUE(eventually([&] { return green(300, 290, 20, 120) > 0 && green(880, 290, 10, 120) > 0; }));
   user->release(3);
   EXPECT_TRUE(eventually([&] { return screen() == before; }));
+  pointer_moves();
   // What blends may go in the middle of it: nothing turns black, and the trail goes on.
   begin_drawing();
   compositor.end();
