@@ -111,34 +111,42 @@ pid_t guard_on(const std::string& display) {
   return 0;
 }
 
-TEST_F(HostProcess, GuardThatDiesIsReplaced) {
+class Guarded : public HostProcess {
+ protected:
+  pid_t guard() const { return guard_on(server.display()); }
+  // A program that stands still in mid-stroke.
+  void is_freed_and_ends(stage::Process& host) {
+    host.signal(SIGSTOP);
+    user->release(3);
+    pointer_moves();
+    host.signal(SIGCONT);
+    host.write_line("end");
+    EXPECT_TRUE(eventually([&] { return guard() == 0; }));
+  }
+};
+
+TEST_F(Guarded, GuardThatDiesIsReplaced) {
   stage::Process host = start();
-  const auto guard = [&] { return guard_on(server.display()); };
   const pid_t first = guard();
   ASSERT_GT(first, 0);
   kill(first, SIGKILL);
   ASSERT_TRUE(eventually([&] { return user->type(XK_Shift_L), guard() != 0 && guard() != first; }));
   begin_drawing();
-  host.signal(SIGSTOP);
-  user->release(3);
-  pointer_moves();
-  host.signal(SIGCONT);
-  host.write_line("end");
-  EXPECT_TRUE(eventually([&] { return guard() == 0; }));
+  is_freed_and_ends(host);
 }
 
-TEST_F(HostProcess, GuardThatDiesTwiceIsReplacedWithoutAnyInput) {
+TEST_F(Guarded, GuardThatDiesTwiceIsReplacedWithoutAnyInput) {
   const stage::Process host = start();
   pid_t last = 0;
   for (int deaths = 0; deaths < 3; ++deaths) {
     const pid_t before = last;
-    ASSERT_TRUE(eventually([&] { return (last = guard_on(server.display())) != 0 && last != before; }));
+    ASSERT_TRUE(eventually([&] { return (last = guard()) != 0 && last != before; }));
     kill(last, SIGKILL);
   }
 }
 
 // The hook does not wait for it, and it knows what to watch when it comes.
-TEST_F(HostProcess, GuardThatIsSlowToComeUpKeepsNobodyWaiting) {
+TEST_F(Guarded, GuardThatIsSlowToComeUpKeepsNobodyWaiting) {
   namespace fs = std::filesystem;
   std::string form = testing::TempDir() + "strokemind-XXXXXX";
   const fs::path folder = ::mkdtemp(form.data());
@@ -150,7 +158,6 @@ TEST_F(HostProcess, GuardThatIsSlowToComeUpKeepsNobodyWaiting) {
                                << (fs::path(HOOK_LIBRARY).parent_path() / "strokemind-guard").string() << "\n";
   fs::permissions(guard_program, fs::perms::owner_all);
   stage::Process host = start({std::string(other_library) + "=" + library.string()});
-  const auto guard = [&] { return guard_on(server.display()); };
   const auto is_up = [&] {
     const pid_t process = guard();
     std::error_code gone;
@@ -167,12 +174,7 @@ TEST_F(HostProcess, GuardThatIsSlowToComeUpKeepsNobodyWaiting) {
   EXPECT_FALSE(is_up());
   begin_drawing();
   EXPECT_TRUE(eventually(is_up));
-  host.signal(SIGSTOP);
-  user->release(3);
-  pointer_moves();
-  host.signal(SIGCONT);
-  host.write_line("end");
-  EXPECT_TRUE(eventually([&] { return guard() == 0; }));
+  is_freed_and_ends(host);
   fs::remove_all(folder);
 }
 
