@@ -218,8 +218,7 @@ void Session::leave() {
   perform(gesture_.stop());
   trail_.end();
   stopped_ = true;
-  wanted_ = false;
-  give_button_up();
+  hold_button();
 }
 
 void Session::handle(const xcb_generic_event_t& event) {
@@ -382,6 +381,7 @@ void Session::begin_drawing() {
   moved_ = true;
 }
 
+// Asks anew each time: since the press, or since the trail was taken off, the compositing manager may have gone.
 void Session::begin_trail() {
   SurroundingsQuestion question(display_);
   const Surroundings surroundings = question.answer();
